@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Sets up, builds and runs every test: the unit and corpus tests, the same tests
+# under AddressSanitizer and UndefinedBehaviorSanitizer, and each fuzzer for a bounded time.
+set -uo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+fuzz_seconds=${LUMORA_FUZZ_SECONDS:-60}
+failed=()
+
+step() { echo; echo "=== $* ==="; }
+
+step "setup"
+"$root/scripts/setup.sh" || exit 1
+
+step "build and test"
+if LUMORA_BUILD="$root/build" "$root/scripts/build.sh"; then
+  (cd "$root/build" && ctest --output-on-failure -j"$(nproc)") || failed+=("tests")
+else
+  failed+=("build")
+fi
+
+step "build and test under sanitizers"
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
+export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
+export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$root/tests/lsan.supp}
+if LUMORA_BUILD="$root/build-asan" "$root/scripts/build.sh" -DLUMORA_SANITIZE=ON -DLUMORA_BENCH=OFF; then
+  (cd "$root/build-asan" && ctest --output-on-failure -j"$(nproc)") || failed+=("sanitizer tests")
+else
+  failed+=("sanitizer build")
+fi
+
+step "fuzzers (${fuzz_seconds}s each)"
+if [ -f "$root/tests/fuzz/CMakeLists.txt" ]; then
+  if LUMORA_BUILD="$root/build-fuzz" "$root/scripts/build.sh" -DLUMORA_FUZZ=ON \
+       -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang; then
+    "$root/tests/fuzz/run.sh" "$root/build-fuzz/fuzz" "$fuzz_seconds" || failed+=("fuzzers")
+  else
+    failed+=("fuzz build")
+  fi
+fi
+
+echo
+if [ ${#failed[@]} -gt 0 ]; then
+  echo "FAILED: ${failed[*]}"
+  exit 1
+fi
+echo "All tests passed."
