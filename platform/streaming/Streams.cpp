@@ -1,0 +1,291 @@
+#include "platform/streaming/Streams.h"
+
+#include "platform/streaming/ResHeader.h"
+#include "platform/streaming/RtlConsts.h"
+#include "platform/streaming/SysUtils.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <limits>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+[[noreturn]] void RaiseReadError() { throw EReadError(RtlConsts::SReadError); }
+[[noreturn]] void RaiseWriteError() { throw EWriteError(RtlConsts::SWriteError); }
+
+}  // namespace
+
+// --- TStream ---------------------------------------------------------------
+
+std::int64_t TStream::Size() {
+  const std::int64_t here = Seek(0, soCurrent);
+  const std::int64_t size = Seek(0, soEnd);
+  Seek(here, soBeginning);
+  return size;
+}
+
+void TStream::SetSize(std::int64_t) { throw EStreamError(RtlConsts::SInvalidOperation); }
+
+void TStream::ReadBuffer(void* buffer, std::int64_t count) {
+  if (count < 0) RaiseReadError();
+  auto* p = static_cast<char*>(buffer);
+  while (count > 0) {
+    const std::int64_t n = Read(p, count);
+    if (n <= 0) RaiseReadError();
+    p += n;
+    count -= n;
+  }
+}
+
+void TStream::WriteBuffer(const void* buffer, std::int64_t count) {
+  if (count < 0) RaiseWriteError();
+  const auto* p = static_cast<const char*>(buffer);
+  while (count > 0) {
+    const std::int64_t n = Write(p, count);
+    if (n <= 0) RaiseWriteError();
+    p += n;
+    count -= n;
+  }
+}
+
+std::int64_t TStream::CopyFrom(TStream& source, std::int64_t count) {
+  if (count == 0) {
+    source.SetPosition(0);
+    count = source.Size();
+  }
+  const std::int64_t total = count;
+  char buffer[65536];
+  while (count > 0) {
+    const std::int64_t chunk = count < static_cast<std::int64_t>(sizeof buffer) ? count : static_cast<std::int64_t>(sizeof buffer);
+    source.ReadBuffer(buffer, chunk);
+    WriteBuffer(buffer, chunk);
+    count -= chunk;
+  }
+  return total;
+}
+
+std::string TStream::ReadRest() {
+  std::string result;
+  const std::int64_t here = Position();
+  const std::int64_t size = Size();
+  if (size > here) result.reserve(static_cast<std::size_t>(size - here));
+  char buffer[65536];
+  for (;;) {
+    const std::int64_t n = Read(buffer, sizeof buffer);
+    if (n <= 0) break;
+    result.append(buffer, static_cast<std::size_t>(n));
+  }
+  return result;
+}
+
+void TStream::ReadResHeader() {
+  // The header is at most 80 bytes; read what there is and let the common rule decide.
+  const std::int64_t start = Position();
+  char header[ResHeaderProbeSize];
+  std::int64_t got = 0;
+  while (got < static_cast<std::int64_t>(sizeof header)) {
+    const std::int64_t n = Read(header + got, static_cast<std::int64_t>(sizeof header) - got);
+    if (n <= 0) break;
+    got += n;
+  }
+  const std::size_t offset = ResHeaderLength(std::string_view(header, static_cast<std::size_t>(got)));
+  SetPosition(start + static_cast<std::int64_t>(offset));
+}
+
+// --- THandleStream / TFileStream -------------------------------------------
+
+std::int64_t THandleStream::Read(void* buffer, std::int64_t count) {
+  if (count <= 0) return 0;
+  for (;;) {
+    const ssize_t n = ::read(FHandle, buffer, static_cast<std::size_t>(count));
+    if (n >= 0) return n;
+    if (errno != EINTR) return 0;
+  }
+}
+
+std::int64_t THandleStream::Write(const void* buffer, std::int64_t count) {
+  if (count <= 0) return 0;
+  for (;;) {
+    const ssize_t n = ::write(FHandle, buffer, static_cast<std::size_t>(count));
+    if (n >= 0) return n;
+    if (errno != EINTR) return 0;
+  }
+}
+
+std::int64_t THandleStream::Seek(std::int64_t offset, TSeekOrigin origin) {
+  const int whence = origin == soBeginning ? SEEK_SET : origin == soCurrent ? SEEK_CUR : SEEK_END;
+  const off_t result = ::lseek(FHandle, static_cast<off_t>(offset), whence);
+  if (result < 0) throw EStreamError(RtlConsts::SSeekNotImplemented);
+  return result;
+}
+
+void THandleStream::SetSize(std::int64_t size) {
+  if (size < 0 || ::ftruncate(FHandle, static_cast<off_t>(size)) != 0) RaiseWriteError();
+  if (Position() > size) SetPosition(size);
+}
+
+TFileStream::TFileStream(const std::string& fileName, std::uint16_t mode)
+    : THandleStream(-1), FFileName(fileName) {
+  if (mode == fmCreate) {
+    FHandle = ::open(fileName.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (FHandle < 0) throw EFCreateError(Format(RtlConsts::SFCreateError, fileName));
+    return;
+  }
+  int flags = O_RDONLY;
+  if ((mode & 3) == fmOpenWrite) flags = O_WRONLY;
+  if ((mode & 3) == fmOpenReadWrite) flags = O_RDWR;
+  FHandle = ::open(fileName.c_str(), flags | O_CLOEXEC);
+  if (FHandle < 0) throw EFOpenError(Format(RtlConsts::SFOpenError, fileName));
+  struct stat st {};
+  if (::fstat(FHandle, &st) == 0 && S_ISDIR(st.st_mode)) {
+    ::close(FHandle);
+    FHandle = -1;
+    throw EFOpenError(Format(RtlConsts::SFOpenError, fileName));
+  }
+}
+
+TFileStream::~TFileStream() {
+  if (FHandle >= 0) ::close(FHandle);
+}
+
+// --- memory streams ----------------------------------------------------------
+
+std::int64_t TCustomMemoryStream::Read(void* buffer, std::int64_t count) {
+  if (count <= 0 || FPosition >= FSize) return 0;
+  std::size_t n = FSize - FPosition;
+  if (static_cast<std::uint64_t>(count) < n) n = static_cast<std::size_t>(count);
+  std::memcpy(buffer, FMemory + FPosition, n);
+  FPosition += n;
+  return static_cast<std::int64_t>(n);
+}
+
+std::int64_t TCustomMemoryStream::Write(const void*, std::int64_t) { RaiseWriteError(); }
+
+std::int64_t TCustomMemoryStream::Seek(std::int64_t offset, TSeekOrigin origin) {
+  std::int64_t base = 0;
+  if (origin == soCurrent) base = static_cast<std::int64_t>(FPosition);
+  if (origin == soEnd) base = static_cast<std::int64_t>(FSize);
+  std::int64_t target = base + offset;
+  if (target < 0) target = 0;  // a negative position is meaningless; clamp like a file does not
+  FPosition = static_cast<std::size_t>(target);
+  return target;
+}
+
+std::string TCustomMemoryStream::ReadRest() {
+  if (FPosition >= FSize) return {};
+  std::string result(FMemory + FPosition, FSize - FPosition);
+  FPosition = FSize;
+  return result;
+}
+
+void TCustomMemoryStream::SaveToStream(TStream& stream) const { stream.WriteBuffer(View()); }
+
+void TCustomMemoryStream::SaveToFile(const std::string& fileName) const {
+  TFileStream file(fileName, fmCreate);
+  SaveToStream(file);
+}
+
+TMemoryStream::TMemoryStream(std::string bytes) : FData(std::move(bytes)) { Sync(); }
+
+std::int64_t TMemoryStream::Write(const void* buffer, std::int64_t count) {
+  if (count <= 0) return 0;
+  const std::size_t end = FPosition + static_cast<std::size_t>(count);
+  if (end < FPosition) throw EStreamError(RtlConsts::SMemoryStreamError);
+  if (end > FData.size()) {
+    if (end > FData.capacity()) FData.reserve(std::max(end, FData.capacity() * 2));
+    FData.resize(end);
+  }
+  std::memcpy(FData.data() + FPosition, buffer, static_cast<std::size_t>(count));
+  FPosition = end;
+  Sync();
+  return count;
+}
+
+void TMemoryStream::SetSize(std::int64_t size) {
+  if (size < 0) throw EStreamError(RtlConsts::SMemoryStreamError);
+  FData.resize(static_cast<std::size_t>(size));
+  if (FPosition > FData.size()) FPosition = FData.size();
+  Sync();
+}
+
+void TMemoryStream::Clear() {
+  FData.clear();
+  FPosition = 0;
+  Sync();
+}
+
+void TMemoryStream::LoadFromStream(TStream& stream) {
+  stream.SetPosition(0);
+  SetData(stream.ReadRest());
+}
+
+void TMemoryStream::LoadFromFile(const std::string& fileName) { SetData(ReadFileToString(fileName)); }
+
+void TMemoryStream::Reserve(std::size_t size) {
+  FData.reserve(size);
+  Sync();
+}
+
+void TMemoryStream::SetData(std::string bytes) {
+  FData = std::move(bytes);
+  FPosition = 0;
+  Sync();
+}
+
+std::string TMemoryStream::TakeData() {
+  std::string result = std::move(FData);
+  FData = std::string();
+  FPosition = 0;
+  Sync();
+  return result;
+}
+
+std::string TStringStream::ReadString(std::int64_t count) {
+  if (count <= 0 || FPosition >= FSize) return {};
+  std::size_t n = FSize - FPosition;
+  if (static_cast<std::uint64_t>(count) < n) n = static_cast<std::size_t>(count);
+  std::string result(FMemory + FPosition, n);
+  FPosition += n;
+  return result;
+}
+
+// --- whole files -------------------------------------------------------------
+
+std::string ReadFileToString(const std::string& fileName) {
+  TFileStream file(fileName, fmOpenRead | fmShareDenyWrite);
+  return file.ReadRest();
+}
+
+void WriteFileAtomically(const std::string& fileName, std::string_view bytes) {
+  std::string temp = fileName + ".~tmp" + std::to_string(::getpid());
+  const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (fd < 0) throw EFCreateError(Format(RtlConsts::SFCreateError, fileName));
+  bool ok = true;
+  const char* p = bytes.data();
+  std::size_t left = bytes.size();
+  while (left > 0 && ok) {
+    const ssize_t n = ::write(fd, p, left);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) {
+      ok = false;
+      break;
+    }
+    p += n;
+    left -= static_cast<std::size_t>(n);
+  }
+  if (ok && ::fsync(fd) != 0) ok = false;
+  if (::close(fd) != 0) ok = false;
+  if (ok) {
+    // Keep the permissions of the file being replaced.
+    struct stat st {};
+    if (::stat(fileName.c_str(), &st) == 0) ::chmod(temp.c_str(), st.st_mode & 07777);
+    if (::rename(temp.c_str(), fileName.c_str()) != 0) ok = false;
+  }
+  if (!ok) {
+    ::unlink(temp.c_str());
+    throw EWriteError(Format("%s: %s", RtlConsts::SWriteError, fileName));
+  }
+}
