@@ -14,6 +14,11 @@
 std::string ObjectBinaryToText(std::string_view stream);
 // Form text to a binary stream starting with "TPF0".
 std::string ObjectTextToBinary(std::string_view text);
+// The same, keeping the exact bytes that `reference` (the stream the text was made
+// from) has for each property whose value reads as the same text. The notation does
+// not tell every value type apart (1.0 as a float is "1", an empty wide string is
+// "''"), so this gives back the very same stream after binary -> text -> binary.
+std::string ObjectTextToBinary(std::string_view text, std::string_view reference);
 // Form text to a resource file: header named after the root's class, then the stream.
 std::string ObjectTextToResource(std::string_view text);
 // Resource file (header + stream) to form text.

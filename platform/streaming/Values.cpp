@@ -340,7 +340,12 @@ void TValueWriter::WriteComponentHeader(TFilerFlags flags, std::int32_t childPos
 
 std::string WideToUtf8(std::u16string_view units) {
   std::string out;
-  out.reserve(units.size());
+  AppendUtf8(out, units);
+  return out;
+}
+
+void AppendUtf8(std::string& out, std::u16string_view units) {
+  out.reserve(out.size() + units.size());
   for (std::size_t i = 0; i < units.size(); ++i) {
     std::uint32_t c = units[i];
     if (c >= 0xD800 && c <= 0xDBFF && i + 1 < units.size() && units[i + 1] >= 0xDC00 && units[i + 1] <= 0xDFFF) {
@@ -363,7 +368,6 @@ std::string WideToUtf8(std::u16string_view units) {
       out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
     }
   }
-  return out;
 }
 
 std::u16string Utf8ToWide(std::string_view utf8) {
@@ -372,23 +376,9 @@ std::u16string Utf8ToWide(std::string_view utf8) {
   const auto* p = reinterpret_cast<const unsigned char*>(utf8.data());
   const std::size_t n = utf8.size();
   std::size_t i = 0;
-  auto cont = [&](std::size_t k) { return i + k < n && (p[i + k] & 0xC0) == 0x80; };
   while (i < n) {
-    const unsigned char b = p[i];
-    std::uint32_t c = b;
-    std::size_t len = 1;
-    if (b >= 0xC2 && b <= 0xDF && cont(1)) {
-      c = ((b & 0x1Fu) << 6) | (p[i + 1] & 0x3Fu);
-      len = 2;
-    } else if (b >= 0xE0 && b <= 0xEF && cont(1) && cont(2)) {
-      c = ((b & 0x0Fu) << 12) | ((p[i + 1] & 0x3Fu) << 6) | (p[i + 2] & 0x3Fu);
-      len = c >= 0x800 ? 3 : 1;
-      if (len == 1) c = b;
-    } else if (b >= 0xF0 && b <= 0xF4 && cont(1) && cont(2) && cont(3)) {
-      c = ((b & 0x07u) << 18) | ((p[i + 1] & 0x3Fu) << 12) | ((p[i + 2] & 0x3Fu) << 6) | (p[i + 3] & 0x3Fu);
-      len = (c >= 0x10000 && c <= 0x10FFFF) ? 4 : 1;
-      if (len == 1) c = b;
-    }
+    std::uint32_t c;
+    i += DecodeUtf8Char(p + i, n - i, c);
     if (c >= 0x10000) {
       c -= 0x10000;
       out.push_back(static_cast<char16_t>(0xD800 + (c >> 10)));
@@ -396,7 +386,6 @@ std::u16string Utf8ToWide(std::string_view utf8) {
     } else {
       out.push_back(static_cast<char16_t>(c));
     }
-    i += len;
   }
   return out;
 }

@@ -282,7 +282,37 @@ private:
   std::string& FOut;
 };
 
+// Decodes one UTF-8 sequence at `p` (n > 0 bytes available) into `code`; returns its
+// length. A byte that does not start a valid sequence is taken alone as its own code.
+inline std::size_t DecodeUtf8Char(const unsigned char* p, std::size_t n, std::uint32_t& code) {
+  const unsigned char b = p[0];
+  code = b;
+  if (b < 0x80) return 1;
+  auto cont = [&](std::size_t k) { return k < n && (p[k] & 0xC0) == 0x80; };
+  if (b >= 0xC2 && b <= 0xDF && cont(1)) {
+    code = ((b & 0x1Fu) << 6) | (p[1] & 0x3Fu);
+    return 2;
+  }
+  if (b >= 0xE0 && b <= 0xEF && cont(1) && cont(2)) {
+    const std::uint32_t c = ((b & 0x0Fu) << 12) | ((p[1] & 0x3Fu) << 6) | (p[2] & 0x3Fu);
+    if (c >= 0x800) {
+      code = c;
+      return 3;
+    }
+  } else if (b >= 0xF0 && b <= 0xF4 && cont(1) && cont(2) && cont(3)) {
+    const std::uint32_t c =
+        ((b & 0x07u) << 18) | ((p[1] & 0x3Fu) << 12) | ((p[2] & 0x3Fu) << 6) | (p[3] & 0x3Fu);
+    if (c >= 0x10000 && c <= 0x10FFFF) {
+      code = c;
+      return 4;
+    }
+  }
+  return 1;
+}
+
 // UTF-16 code units to UTF-8; a lone surrogate is kept as its own 3-byte sequence.
 std::string WideToUtf8(std::u16string_view units);
+// The same, appended to `out`.
+void AppendUtf8(std::string& out, std::u16string_view units);
 // UTF-8 to UTF-16; a byte that is not part of a valid sequence stands for itself (Latin-1).
 std::u16string Utf8ToWide(std::string_view utf8);
