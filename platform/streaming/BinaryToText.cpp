@@ -275,6 +275,7 @@ private:
       case vaCollection: ConvertCollection(level, depth); return;
       case vaNull: break;
     }
+    FReader.SetPosition(FReader.Position() - 1);  // point at the bad type byte
     throw EReadError(Format("%s (value type %d)", RtlConsts::SInvalidPropertyValue, static_cast<int>(type)));
   }
 

@@ -6,6 +6,7 @@
 // for text input.
 
 #include "platform/streaming/Streams.h"
+#include "platform/streaming/SysUtils.h"
 
 #include <string>
 #include <string_view>

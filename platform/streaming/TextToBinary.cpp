@@ -89,6 +89,10 @@ private:
   void CheckIdentifier() {
     if (FToken != toSymbol) Error(RtlConsts::SIdentifierExpected);
   }
+  // Names are ShortStrings in the stream.
+  void CheckNameLength() {
+    if (FTokenText.size() > 255) Error(RtlConsts::SIdentifierExpected);
+  }
   void CheckDepth(int depth) {
     if (depth > MaxNestingDepth) Error(Format(RtlConsts::SNestingTooDeep, MaxNestingDepth));
   }
@@ -296,12 +300,14 @@ private:
       Error(Format(RtlConsts::SSymbolExpected, "object"));
     NextToken();
     CheckIdentifier();
+    CheckNameLength();
     std::string_view name = FTokenText;
     std::string_view className;
     NextToken();
     if (FToken == ':') {
       NextToken();
       CheckIdentifier();
+      CheckNameLength();
       className = FTokenText;
       NextToken();
     } else {
@@ -321,7 +327,6 @@ private:
       CheckChar(']');
       NextToken();
     }
-    if (className.size() > 255 || name.size() > 255) Error(RtlConsts::SIdentifierExpected);
     FWriter.WriteComponentHeader(flags, childPos, className, name);
     if (FReference) AppendComponentKey(FKey, name, index);
     while (!(SymbolIs("end") || AtObjectKeyword())) {
@@ -407,6 +412,7 @@ private:
   void ConvertIdent() {
     const char* start = FTokenText.data();
     const char* end = start + FTokenText.size();
+    const int line = FTokenLine;
     bool afterDot = FToken == '.';
     NextToken();
     while (FTokenText.data() == end && (FToken == '.' || (afterDot && FToken == toSymbol))) {
@@ -415,7 +421,10 @@ private:
       NextToken();
     }
     const std::string_view ident(start, static_cast<std::size_t>(end - start));
-    if (ident.size() > 255) Error(RtlConsts::SIdentifierExpected);
+    if (ident.size() > 255) {
+      FTokenLine = line;
+      Error(RtlConsts::SIdentifierExpected);
+    }
     FWriter.WriteIdent(ident);
   }
 

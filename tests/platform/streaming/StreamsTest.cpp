@@ -1,0 +1,199 @@
+#include "platform/streaming/ResHeader.h"
+#include "platform/streaming/Streams.h"
+#include "platform/streaming/SysUtils.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
+
+namespace {
+
+std::filesystem::path TempDir() {
+  auto dir = std::filesystem::temp_directory_path() / ("lumora-streams-" + std::to_string(::getpid()));
+  std::filesystem::create_directories(dir);
+  return dir;
+}
+
+TEST(MemoryStream, WritesGrowAndReadsComeBack) {
+  TMemoryStream stream;
+  stream.WriteBuffer("hello", 5);
+  stream.WriteBuffer(std::string_view(" world"));
+  EXPECT_EQ(stream.Size(), 11);
+  EXPECT_EQ(stream.Position(), 11);
+  stream.SetPosition(6);
+  char buffer[5];
+  stream.ReadBuffer(buffer, 5);
+  EXPECT_EQ(std::string(buffer, 5), "world");
+  EXPECT_EQ(stream.DataString(), "hello world");
+}
+
+TEST(MemoryStream, ReadPastTheEndRaisesStreamReadError) {
+  TMemoryStream stream(std::string("abc"));
+  char buffer[4];
+  try {
+    stream.ReadBuffer(buffer, 4);
+    FAIL() << "no error";
+  } catch (const EReadError& e) {
+    EXPECT_EQ(e.Message(), "Stream read error");
+  }
+  stream.SetPosition(0);
+  EXPECT_EQ(stream.Read(buffer, 4), 3);
+  EXPECT_EQ(stream.Read(buffer, 4), 0);
+}
+
+TEST(MemoryStream, WritingPastTheEndAfterASeekFillsWithZeros) {
+  TMemoryStream stream;
+  stream.SetPosition(3);
+  stream.WriteBuffer("x", 1);
+  EXPECT_EQ(stream.DataString(), std::string("\0\0\0x", 4));
+}
+
+TEST(MemoryStream, ClearSetSizeTakeAndSet) {
+  TMemoryStream stream(std::string("abcdef"));
+  stream.SetSize(3);
+  EXPECT_EQ(stream.DataString(), "abc");
+  stream.SetPosition(3);
+  stream.SetSize(1);
+  EXPECT_EQ(stream.Position(), 1);
+  stream.Clear();
+  EXPECT_EQ(stream.Size(), 0);
+  EXPECT_EQ(stream.Position(), 0);
+  stream.SetData("moved");
+  EXPECT_EQ(stream.TakeData(), "moved");
+  EXPECT_EQ(stream.Size(), 0);
+}
+
+TEST(MemoryStream, LoadFromStreamTakesAllFromTheStart) {
+  TMemoryStream source(std::string("0123456789"));
+  source.SetPosition(7);
+  TMemoryStream target;
+  target.LoadFromStream(source);
+  EXPECT_EQ(target.DataString(), "0123456789");
+  EXPECT_EQ(target.Position(), 0);
+}
+
+TEST(MemoryStream, CopyFromWithZeroCopiesEverything) {
+  TMemoryStream source(std::string("abcdef"));
+  source.SetPosition(4);
+  TMemoryStream target;
+  EXPECT_EQ(target.CopyFrom(source, 0), 6);
+  EXPECT_EQ(target.DataString(), "abcdef");
+  source.SetPosition(2);
+  TMemoryStream part;
+  EXPECT_EQ(part.CopyFrom(source, 3), 3);
+  EXPECT_EQ(part.DataString(), "cde");
+  EXPECT_THROW(part.CopyFrom(source, 5), EReadError);
+}
+
+TEST(MemoryStream, ReadRestFromThePosition) {
+  TMemoryStream stream(std::string("abcdef"));
+  stream.SetPosition(2);
+  EXPECT_EQ(stream.ReadRest(), "cdef");
+  EXPECT_EQ(stream.ReadRest(), "");
+}
+
+TEST(CustomMemoryStream, AViewReadsButRefusesWrites) {
+  const std::string bytes = "view";
+  TCustomMemoryStream view(bytes);
+  EXPECT_EQ(view.Size(), 4);
+  char c;
+  view.ReadBuffer(&c, 1);
+  EXPECT_EQ(c, 'v');
+  try {
+    view.WriteBuffer("x", 1);
+    FAIL() << "no error";
+  } catch (const EWriteError& e) {
+    EXPECT_EQ(e.Message(), "Stream write error");
+  }
+}
+
+TEST(StringStream, ReadsAndWritesStrings) {
+  TStringStream stream("abc");
+  EXPECT_EQ(stream.ReadString(2), "ab");
+  stream.WriteString("XYZ");
+  EXPECT_EQ(stream.DataString(), "abXYZ");
+}
+
+TEST(FileStream, MissingFileRaisesCannotOpen) {
+  const std::string name = (TempDir() / "missing.dfm").string();
+  try {
+    TFileStream file(name, fmOpenRead);
+    FAIL() << "no error";
+  } catch (const EFOpenError& e) {
+    EXPECT_EQ(e.Message(), "Cannot open file " + name);
+  }
+}
+
+TEST(FileStream, UncreatableFileRaisesCannotCreate) {
+  const std::string name = (TempDir() / "no-such-folder" / "x.dfm").string();
+  try {
+    TFileStream file(name, fmCreate);
+    FAIL() << "no error";
+  } catch (const EFCreateError& e) {
+    EXPECT_EQ(e.Message(), "Cannot create file " + name);
+  }
+}
+
+TEST(FileStream, AFolderIsNotAFile) {
+  EXPECT_THROW(TFileStream(TempDir().string(), fmOpenRead), EFOpenError);
+}
+
+TEST(FileStream, WriteThenReadBack) {
+  const std::string name = (TempDir() / "written.bin").string();
+  {
+    TFileStream file(name, fmCreate);
+    file.WriteBuffer(std::string_view("abcdef"));
+    EXPECT_EQ(file.Size(), 6);
+    file.SetSize(4);
+  }
+  TFileStream file(name, fmOpenRead);
+  EXPECT_EQ(file.Size(), 4);
+  EXPECT_EQ(file.ReadRest(), "abcd");
+  TMemoryStream memory;
+  memory.LoadFromFile(name);
+  EXPECT_EQ(memory.DataString(), "abcd");
+  EXPECT_EQ(ReadFileToString(name), "abcd");
+}
+
+TEST(FileStream, WriteFileAtomicallyReplacesOnlyWhenComplete) {
+  const std::string name = (TempDir() / "atomic.dfm").string();
+  WriteFileAtomically(name, "first");
+  EXPECT_EQ(ReadFileToString(name), "first");
+  WriteFileAtomically(name, "second");
+  EXPECT_EQ(ReadFileToString(name), "second");
+  const std::string badName = (TempDir() / "no-folder" / "x.dfm").string();
+  try {
+    WriteFileAtomically(badName, "x");
+    FAIL() << "no error";
+  } catch (const EFCreateError& e) {
+    EXPECT_EQ(e.Message(), "Cannot create file " + badName);
+  }
+  // No temporary file is left behind.
+  int files = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(TempDir())) {
+    if (entry.path().filename().string().rfind("atomic.dfm", 0) == 0) ++files;
+  }
+  EXPECT_EQ(files, 1);
+}
+
+TEST(StreamResHeader, SkipsTheHeaderAtThePosition) {
+  std::string file = MakeResHeader("TForm1", 4) + "TPF0";
+  TMemoryStream stream(file);
+  stream.ReadResHeader();
+  EXPECT_EQ(stream.Position(), 3 + 7 + 6);
+  EXPECT_EQ(stream.ReadRest(), "TPF0");
+}
+
+TEST(StreamResHeader, TextIsRefused) {
+  TMemoryStream stream(std::string("object Form1: TForm1\r\nend\r\n"));
+  try {
+    stream.ReadResHeader();
+    FAIL() << "no error";
+  } catch (const EInvalidImage& e) {
+    EXPECT_EQ(e.Message(), "Invalid stream format");
+  }
+}
+
+}  // namespace
