@@ -6,6 +6,7 @@
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/Values.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <vector>
@@ -31,8 +32,11 @@ inline bool Printable(unsigned c, unsigned rawMax) { return c >= 32 && c != '\''
 // Output buffer that grows geometrically; writes go through a raw pointer.
 class TTextOut {
 public:
+  // Reserves `estimate` bytes but touches them only as they are used, so memory
+  // follows the output actually written.
   TTextOut(std::string& s, std::size_t estimate) : FStr(s) {
-    FStr.resize(estimate < 256 ? 256 : estimate);
+    FStr.reserve(estimate < 256 ? 256 : estimate);
+    FStr.resize(FStr.capacity() < Step ? FStr.capacity() : Step);
     FCur = FStr.data();
     FEnd = FCur + FStr.size();
   }
@@ -104,12 +108,21 @@ private:
   }
   void Grow(std::size_t n) {
     const std::size_t used = static_cast<std::size_t>(FCur - FStr.data());
-    std::size_t size = FStr.size() * 2;
+    std::size_t size = FStr.size() + Step;
     if (size < used + n) size = used + n;
+    if (size > FStr.capacity()) {
+      // Past the reserve, grow by half rather than the library's doubling: less memory at the peak.
+      std::string bigger;
+      bigger.reserve(std::max(size, FStr.capacity() + FStr.capacity() / 2));
+      bigger.append(FStr.data(), used);
+      FStr.swap(bigger);
+    }
     FStr.resize(size);
     FCur = FStr.data() + used;
     FEnd = FStr.data() + FStr.size();
   }
+
+  static constexpr std::size_t Step = 256 * 1024;
 
   std::string& FStr;
   char* FCur;
@@ -119,7 +132,7 @@ private:
 class TBinaryToText {
 public:
   TBinaryToText(std::string_view stream, std::string& out)
-      : FReader(stream), FOut(out, stream.size() * 2 + stream.size() / 4 + 256) {
+      : FReader(stream), FOut(out, stream.size() * 2 + stream.size() / 2 + 4096) {
     FPath.reserve(32);
   }
 
