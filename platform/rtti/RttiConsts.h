@@ -1,0 +1,12 @@
+#pragma once
+// Message texts of the component model that the streaming layer's table does not hold.
+
+namespace RttiConsts {
+
+inline constexpr const char* SInvalidVarCast = "Invalid variant type conversion";
+inline constexpr const char* SAbstractClass = "Cannot create an instance of class %s";      // class name (our text)
+inline constexpr const char* SNotAComponentClass = "Class %s is not a component class";     // class name (our text)
+inline constexpr const char* SMethodTypeMismatch = "Method %s does not fit event %s";       // handler, event type (our text)
+inline constexpr const char* SInvalidFieldClass = "Field %s cannot hold a %s";              // field name, class name (our text)
+
+}  // namespace RttiConsts
