@@ -5,10 +5,12 @@
 #include "platform/streaming/SysUtils.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -361,6 +363,25 @@ std::string ReadInput(const fs::path& Path, const std::string& Shown) {
   return Data;
 }
 
+// The temporary file being written, so that an interrupt can remove it.
+char PendingTemp[4096];
+volatile sig_atomic_t HasPendingTemp = 0;
+
+void RememberTemp(const std::string& Path) {
+  if (Path.size() >= sizeof PendingTemp) return;
+  std::memcpy(PendingTemp, Path.c_str(), Path.size() + 1);
+  std::atomic_signal_fence(std::memory_order_seq_cst);  // the name is complete before the flag says so
+  HasPendingTemp = 1;
+}
+
+void ForgetTemp() { HasPendingTemp = 0; }
+
+extern "C" void RemoveTempAndDie(int Signal) {
+  if (HasPendingTemp) ::unlink(PendingTemp);
+  ::signal(Signal, SIG_DFL);
+  ::raise(Signal);
+}
+
 mode_t NewFileMode() {
   const mode_t Mask = ::umask(0);
   ::umask(Mask);
@@ -372,11 +393,14 @@ mode_t NewFileMode() {
 void WriteFileAtomically(const fs::path& Target, std::string_view Data, bool Replace, mode_t Mode) {
   const fs::path Folder = Target.has_parent_path() ? Target.parent_path() : fs::path(".");
   std::string Temp = (Folder / ("." + Target.filename().string() + ".XXXXXX")).string();
+  HasPendingTemp = 0;
   const int Fd = ::mkstemp(Temp.data());
   if (Fd < 0) throw EFileProblem(Target.string() + ": cannot write: " + SystemError(errno));
+  RememberTemp(Temp);
   auto Fail = [&](int Code) {
     ::close(Fd);
     ::unlink(Temp.c_str());
+    ForgetTemp();
     throw EFileProblem(Target.string() + ": cannot write: " + SystemError(Code));
   };
   std::size_t Done = 0;
@@ -394,6 +418,7 @@ void WriteFileAtomically(const fs::path& Target, std::string_view Data, bool Rep
   if (::close(Fd) != 0) {
     const int Code = errno;
     ::unlink(Temp.c_str());
+    ForgetTemp();
     throw EFileProblem(Target.string() + ": cannot write: " + SystemError(Code));
   }
   int Result;
@@ -414,9 +439,11 @@ void WriteFileAtomically(const fs::path& Target, std::string_view Data, bool Rep
   if (Result != 0) {
     const int Code = errno;
     ::unlink(Temp.c_str());
+    ForgetTemp();
     if (Code == EEXIST) throw EFileProblem(Target.string() + ": exists; use -f to replace it");
     throw EFileProblem(Target.string() + ": cannot write: " + SystemError(Code));
   }
+  ForgetTemp();
 }
 
 bool EndsWithNoCase(std::string_view S, std::string_view End) {
@@ -900,6 +927,10 @@ int TConvertRun::Execute() {
 }
 
 }  // namespace
+
+void InstallConvertInterruptCleanup() {
+  for (const int Signal : {SIGINT, SIGTERM, SIGHUP}) ::signal(Signal, RemoveTempAndDie);
+}
 
 int RunConvertTool(const std::vector<std::string>& Args, TConvertConsole& Console) {
   TOptions O;

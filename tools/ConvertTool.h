@@ -21,5 +21,9 @@ constexpr int ConvertExitOk = 0;      // every file converted, skipped as alread
 constexpr int ConvertExitFailed = 1;  // at least one file failed
 constexpr int ConvertExitUsage = 2;   // the command line itself is wrong
 
+// Makes an interrupt (Ctrl+C, SIGTERM, SIGHUP) remove the temporary file being written
+// before the program ends. For the program's main only.
+void InstallConvertInterruptCleanup();
+
 // Runs the tool on the arguments that follow the program name.
 int RunConvertTool(const std::vector<std::string>& Args, TConvertConsole& Console);
