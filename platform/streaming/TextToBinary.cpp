@@ -435,6 +435,8 @@ private:
     const char* p = FCur;
     while (p < FEnd && (*p == ' ' || *p == '\t')) ++p;
     const char* start = p;
+    // Values that open with their own delimiters are never taken this way.
+    if (p < FEnd && (*p == '\'' || *p == '#' || *p == '(' || *p == '{' || *p == '<' || *p == '[')) return false;
     bool control = false;
     while (p < FEnd && *p != '\r' && *p != '\n') {
       const unsigned char c = static_cast<unsigned char>(*p);
