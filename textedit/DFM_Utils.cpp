@@ -6,15 +6,18 @@
 namespace {
 
 // The only places that touch the list itself, so that another line container needs
-// only these four.
+// only these.
 int FormLineCount(const TFormLines& Lines) {
   return Lines.size() > static_cast<std::size_t>(INT_MAX) ? INT_MAX : static_cast<int>(Lines.size());
 }
 std::string_view FormLineAt(const TFormLines& Lines, int Index) { return Lines[static_cast<std::size_t>(Index)]; }
-void DeleteFormLine(TFormLines& Lines, int Index) { Lines.erase(Lines.begin() + Index); }
 void SetFormLine(TFormLines& Lines, int Index, std::string Text) {
   Lines[static_cast<std::size_t>(Index)] = std::move(Text);
 }
+void MoveFormLine(TFormLines& Lines, int From, int To) {
+  Lines[static_cast<std::size_t>(To)] = std::move(Lines[static_cast<std::size_t>(From)]);
+}
+void TruncateFormLines(TFormLines& Lines, int Count) { Lines.resize(static_cast<std::size_t>(Count)); }
 
 // The character at a one-based position; outside the line it reads as code 0, which is
 // neither blank nor part of a word, so every scan stops there.
@@ -137,10 +140,13 @@ int WalkFormText(const TFormLines& Lines, TFormNodeHandle Parent, int StartLine,
 }
 
 void SuppressBinaryData(TFormLines& Lines) {
+  // One pass that keeps the surviving lines at the front (Kept of them) and drops the rest
+  // at the end, rather than deleting line by line: a picture can be thousands of lines.
   bool InBlock = false;
   std::string Replacement;
-  int I = 0;
-  while (I < FormLineCount(Lines)) {
+  const int Count = FormLineCount(Lines);
+  int Kept = 0;
+  for (int I = 0; I < Count; ++I) {
     const std::string_view Line = FormLineAt(Lines, I);
     if (!InBlock) {
       const std::size_t Eq = Line.find('=');
@@ -156,15 +162,15 @@ void SuppressBinaryData(TFormLines& Lines) {
       }
     }
     if (InBlock) {
-      if (Line.find('}') == std::string_view::npos) {
-        DeleteFormLine(Lines, I);  // the next line moves up to index I
-        continue;
-      }
-      SetFormLine(Lines, I, Replacement);
+      if (Line.find('}') == std::string_view::npos) continue;  // dropped
+      SetFormLine(Lines, Kept++, std::move(Replacement));
       InBlock = false;
+      continue;
     }
-    ++I;
+    if (Kept != I) MoveFormLine(Lines, I, Kept);
+    ++Kept;
   }
+  TruncateFormLines(Lines, Kept);
 }
 
 bool DecodeStringLiteral(std::string_view Line, int& StartPos, int& Length, std::string& Value) {

@@ -11,7 +11,7 @@
 #include <vector>
 
 // The lines of a form text, one per item. Every routine below reaches the list only
-// through FormLineCount / FormLineAt / DeleteFormLine / SetFormLine in DFM_Utils.cpp.
+// through the few accessors at the top of DFM_Utils.cpp.
 using TFormLines = std::vector<std::string>;
 
 // Kinds of a line's first word (FormLineKind).

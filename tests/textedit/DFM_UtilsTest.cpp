@@ -1,7 +1,10 @@
 #include "textedit/DFM_Utils.h"
 
+#include "tests/support/Corpus.h"
+
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <string>
 #include <vector>
 
@@ -690,3 +693,149 @@ TEST(EncodeStringLiteral, DecodingGivesTheTextBack) {
 }
 
 }  // namespace
+
+// ---------------------------------------------------------------- real files and random lines
+
+namespace {
+
+TFormLines SplitFormLines(const std::string& Text) {
+  TFormLines Lines;
+  std::size_t Start = 0;
+  for (std::size_t I = 0; I < Text.size(); ++I) {
+    if (Text[I] == '\n') {
+      std::size_t End = I;
+      if (End > Start && Text[End - 1] == '\r') --End;
+      Lines.push_back(Text.substr(Start, End - Start));
+      Start = I + 1;
+    }
+  }
+  if (Start < Text.size()) Lines.push_back(Text.substr(Start));
+  return Lines;
+}
+
+// The first word of a line, in lower case.
+std::string FirstWord(const std::string& Line) {
+  std::size_t P = Line.find_first_not_of(" \t");
+  if (P == std::string::npos) return {};
+  std::size_t E = P;
+  while (E < Line.size() && !IsFormWordDelimiter(static_cast<unsigned char>(Line[E]))) ++E;
+  std::string W = Line.substr(P, E - P);
+  for (char& C : W) C = static_cast<char>(std::tolower(static_cast<unsigned char>(C)));
+  return W;
+}
+
+}  // namespace
+
+TEST(FormTextOnRealFiles, WalkerAndCollapserAgreeWithTheLines) {
+  LUMORA_REQUIRE_CORPUS();
+  const auto Files = lumora::test::CorpusFiles("text");
+  ASSERT_FALSE(Files.empty());
+  for (const auto& File : Files) {
+    const TFormLines Lines = SplitFormLines(lumora::test::ReadFileBytes(File));
+    int Opens = 0, Ends = 0, Inlines = 0, Binaries = 0;
+    for (const auto& L : Lines) {
+      const std::string W = FirstWord(L);
+      const std::size_t Eq = L.find('=');
+      if (Eq != std::string::npos && L.find_first_not_of(" \t", Eq + 1) != std::string::npos &&
+          L[L.find_first_not_of(" \t", Eq + 1)] == '{')
+        ++Binaries;
+      if (L.find_first_not_of(" \t") == std::string::npos || L.find_first_not_of(" \t") + 1 >= L.size()) continue;
+      if (W == "object" || W == "inherited" || W == "item") ++Opens;
+      if (W == "end") ++Ends;
+      if (W == "inline") ++Inlines;
+    }
+    int NodeOpens = 0, NodeEnds = 0;
+    const int Last = WalkFormText(Lines, 1, 0, 0, nullptr,
+                                  [&](int Kind, TFormNodeHandle, int, std::intptr_t, std::string_view) {
+                                    (Kind == flkEnd ? NodeEnds : NodeOpens)++;
+                                    return TFormNodeHandle(2);
+                                  });
+    if (Inlines == 0) {
+      // Every keyword line is reported once, and the file is walked to its end; each block
+      // still open there (a damaged file) adds one as its level returns.
+      EXPECT_EQ(NodeOpens, Opens) << File;
+      EXPECT_EQ(NodeEnds, Ends) << File;
+      if (Opens >= Ends) {
+        EXPECT_EQ(Last, static_cast<int>(Lines.size()) + Opens - Ends) << File;
+      }
+    } else {
+      // The walker does not know "inline": a frame's end closes its parent's block, and the
+      // end that follows stops the walk early.
+      EXPECT_LE(NodeOpens, Opens) << File;
+      EXPECT_LT(Last, static_cast<int>(Lines.size())) << File;
+    }
+    TFormLines Collapsed = Lines;
+    SuppressBinaryData(Collapsed);
+    int Suppressed = 0;
+    for (const auto& L : Collapsed)
+      if (L.ends_with("{ BINARY DATA SUPPRESSED }")) ++Suppressed;
+    EXPECT_EQ(Suppressed, Binaries) << File;
+    EXPECT_LE(Collapsed.size(), Lines.size()) << File;
+    // Collapsing leaves the block structure as it was.
+    int CollapsedOpens = 0;
+    WalkFormText(Collapsed, 1, 0, 0, nullptr, [&](int Kind, TFormNodeHandle, int, std::intptr_t, std::string_view) {
+      if (Kind != flkEnd) ++CollapsedOpens;
+      return TFormNodeHandle(2);
+    });
+    EXPECT_EQ(CollapsedOpens, NodeOpens) << File;
+  }
+}
+
+TEST(FormTextOnRandomLines, NoRoutineReadsOutsideTheLine) {
+  // Pieces of form text and odd bytes, glued at random: every routine must stay within the
+  // line and keep its promises, whatever it is given.
+  const std::vector<std::string> Pieces = {"object", "end", "item", "inherited", "END>", " ", "\t", "'", "''", "#",
+                                           "#13", "#$0D", "=", "{", "}", "0102", "<", ">", "(", ")", "+", "A",
+                                           std::string(1, '\0'), "\r", "\n", "\xff", "\x80", "Caption", ": T"};
+  unsigned Seed = 12345;
+  auto Next = [&] {
+    Seed = Seed * 1103515245u + 12345u;
+    return (Seed >> 16) & 0x7fff;
+  };
+  TFormLines Lines;
+  for (int I = 0; I < 3000; ++I) {
+    std::string L;
+    const unsigned Count = Next() % 12;
+    for (unsigned J = 0; J < Count; ++J) L += Pieces[Next() % Pieces.size()];
+    Lines.push_back(L);
+  }
+  for (const auto& L : Lines) {
+    int StartPos = -1, Length = -1;
+    std::string Value;
+    if (DecodeStringLiteral(L, StartPos, Length, Value)) {
+      EXPECT_GE(StartPos, 1);
+      EXPECT_GE(Length, 1);
+      EXPECT_LE(StartPos + Length - 1, static_cast<int>(L.size()));
+      EXPECT_LE(Value.size(), static_cast<std::size_t>(Length));
+    } else {
+      EXPECT_EQ(StartPos, 0);
+    }
+    int Pos = 1, EndPos = -1;
+    SkipBlanks(L, Pos, EndPos);
+    ScanWord(L, Pos, EndPos);
+    EXPECT_LE(Pos, static_cast<int>(L.size()) + 1);
+
+    std::string Text = "x" + L;
+    const TDecoded D = Decode("X = " + EncodeStringLiteral(Text));
+    EXPECT_EQ(D.Value, Text);
+  }
+  int Calls = 0;
+  const int Last = WalkFormText(
+      Lines, 0, 0, 0, [&](TFormNodeHandle, int, std::string_view Rest, std::intptr_t) {
+        EXPECT_LE(Rest.size(), 255u);
+        ++Calls;
+      },
+      [&](int Kind, TFormNodeHandle, int LineIndex, std::intptr_t, std::string_view Rest) {
+        EXPECT_GE(Kind, 1);
+        EXPECT_LE(Kind, 4);
+        EXPECT_LT(LineIndex, static_cast<int>(Lines.size()));
+        EXPECT_LE(Rest.size(), 255u);
+        ++Calls;
+        return TFormNodeHandle(LineIndex % 7 == 0 ? NoFormNode : 1);
+      });
+  EXPECT_GE(Last, 0);
+  EXPECT_GT(Calls, 0);
+  TFormLines Collapsed = Lines;
+  SuppressBinaryData(Collapsed);
+  EXPECT_LE(Collapsed.size(), Lines.size());
+}
