@@ -259,7 +259,8 @@ void PrintHelp(std::ostream& Out) {
          "\n"
          "Arguments: @LIST reads file and folder names from LIST, one per line. With -s,\n"
          "folders are searched for names ending in .dfm (see --ext), skipping hidden\n"
-         "files and folders; names given directly are always read.\n"
+         "files and folders and not following links to folders; names given directly\n"
+         "are always read.\n"
          "\n"
          "--check: a binary form must give the same bytes after binary -> text -> binary;\n"
          "form text must give the same binary after text -> binary -> text -> binary.\n"
@@ -552,7 +553,7 @@ private:
   void AddFolder(const fs::path& Folder, const std::string& Shown);
   bool NameMatches(const fs::path& Path) const;
 
-  fs::path OutputPathFor(const TInput& Input) const;
+  fs::path OutputPathFor(const TInput& Input, const TTarget& Target) const;
   void ConvertOne(const TInput& Input, const TTarget& Target);
   void CheckOne(const TInput& Input);
 
@@ -620,11 +621,12 @@ void TConvertRun::AddFolder(const fs::path& Folder, const std::string& Shown) {
   while (!Pending.empty()) {
     const fs::path Current = Pending.back();
     Pending.pop_back();
+    const std::string CurrentShown =
+        Current == Folder ? Shown : (fs::path(Shown) / Current.lexically_relative(Folder)).string();
     std::error_code Ec;
     fs::directory_iterator It(Current, Ec), End;
     if (Ec) {
-      Error((Current == Folder ? Shown : (fs::path(Shown) / Current.lexically_relative(Folder)).string()) +
-            ": cannot read folder: " + Ec.message());
+      Error(CurrentShown + ": cannot read folder: " + Ec.message());
       continue;
     }
     for (; It != End; It.increment(Ec)) {
@@ -638,7 +640,7 @@ void TConvertRun::AddFolder(const fs::path& Folder, const std::string& Shown) {
         Found.push_back({P, (fs::path(Shown) / P.lexically_relative(Folder)).string(), Folder, true});
       }
     }
-    if (Ec) Error(Current.string() + ": cannot read folder: " + Ec.message());
+    if (Ec) Error(CurrentShown + ": cannot read folder: " + Ec.message());
   }
   std::sort(Found.begin(), Found.end(), [](const TInput& A, const TInput& B) { return A.Shown < B.Shown; });
   for (auto& Input : Found) {
@@ -676,8 +678,7 @@ void TConvertRun::AddArgument(const std::string& Name) {
   if (FSeen.insert(Ec ? Name : Key).second) FInputs.push_back({Path, Name, {}, false});
 }
 
-fs::path TConvertRun::OutputPathFor(const TInput& Input) const {
-  const TTarget& Target = FOptions.Action == TAction::ToText ? TextTarget : (FOptions.Raw ? RawTarget : BinaryTarget);
+fs::path TConvertRun::OutputPathFor(const TInput& Input, const TTarget& Target) const {
   if (FOptions.InPlace) {
     std::error_code Ec;
     const fs::path Real = fs::canonical(Input.Path, Ec);  // replace the file a link points to, not the link
@@ -705,7 +706,7 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
 
   fs::path OutPath;
   if (!ToStdout) {
-    OutPath = OutputPathFor(Input);
+    OutPath = OutputPathFor(Input, Target);
     std::error_code Ec;
     const bool SameAsInput = fs::exists(OutPath, Ec) && fs::equivalent(OutPath, Input.Path, Ec);
     if (SameAsInput && !FOptions.InPlace)
