@@ -92,7 +92,7 @@ void SetExtensions(TOptions& O, const std::string& Value) {
 }
 
 // One command-line option. New options (another output kind, say) are one more row.
-struct TOptionSpec {
+struct TOptionEntry {
   char Short;              // 0 when there is no short form
   std::string_view Long;   // without the dashes
   std::string_view Value;  // name of its value in the help, empty for a flag
@@ -100,7 +100,7 @@ struct TOptionSpec {
   void (*Apply)(TOptions&, const std::string& Value);
 };
 
-const TOptionSpec OptionTable[] = {
+const TOptionEntry OptionTable[] = {
     {'t', "text", "", "convert binary forms to form text",
      [](TOptions& O, const std::string&) { SetAction(O, TAction::ToText); }},
     {'b', "binary", "", "convert form text to binary form files (resource header + stream)",
@@ -132,15 +132,15 @@ const TOptionSpec OptionTable[] = {
     {'V', "version", "", "show the version and exit", [](TOptions& O, const std::string&) { O.Version = true; }},
 };
 
-const TOptionSpec* FindLong(std::string_view Name) {
-  for (const auto& Spec : OptionTable)
-    if (Spec.Long == Name) return &Spec;
+const TOptionEntry* FindLong(std::string_view Name) {
+  for (const auto& Entry : OptionTable)
+    if (Entry.Long == Name) return &Entry;
   return nullptr;
 }
 
-const TOptionSpec* FindShort(char C) {
-  for (const auto& Spec : OptionTable)
-    if (Spec.Short != 0 && Spec.Short == C) return &Spec;
+const TOptionEntry* FindShort(char C) {
+  for (const auto& Entry : OptionTable)
+    if (Entry.Short != 0 && Entry.Short == C) return &Entry;
   return nullptr;
 }
 
@@ -162,28 +162,28 @@ void ParseArguments(const std::vector<std::string>& Args, TOptions& O) {
     if (A[1] == '-') {
       const std::size_t Eq = A.find('=');
       const std::string Name = A.substr(2, Eq == std::string::npos ? std::string::npos : Eq - 2);
-      const TOptionSpec* Spec = FindLong(Name);
-      if (!Spec) throw EUsage("unknown option --" + Name);
+      const TOptionEntry* Entry = FindLong(Name);
+      if (!Entry) throw EUsage("unknown option --" + Name);
       std::string Value;
-      if (!Spec->Value.empty()) {
+      if (!Entry->Value.empty()) {
         if (Eq != std::string::npos)
           Value = A.substr(Eq + 1);
         else if (I + 1 < Args.size())
           Value = Args[++I];
         else
-          throw EUsage("--" + Name + " needs a value (" + std::string(Spec->Value) + ")");
+          throw EUsage("--" + Name + " needs a value (" + std::string(Entry->Value) + ")");
       } else if (Eq != std::string::npos) {
         throw EUsage("--" + Name + " takes no value");
       }
-      Spec->Apply(O, Value);
+      Entry->Apply(O, Value);
       continue;
     }
     // A bundle of short options ("-ts"); one that takes a value takes the rest or the next argument.
     for (std::size_t J = 1; J < A.size(); ++J) {
-      const TOptionSpec* Spec = FindShort(A[J]);
-      if (!Spec) throw EUsage(std::string("unknown option -") + A[J]);
-      if (Spec->Value.empty()) {
-        Spec->Apply(O, {});
+      const TOptionEntry* Entry = FindShort(A[J]);
+      if (!Entry) throw EUsage(std::string("unknown option -") + A[J]);
+      if (Entry->Value.empty()) {
+        Entry->Apply(O, {});
         continue;
       }
       std::string Value;
@@ -192,8 +192,8 @@ void ParseArguments(const std::vector<std::string>& Args, TOptions& O) {
       else if (I + 1 < Args.size())
         Value = Args[++I];
       else
-        throw EUsage(std::string("-") + A[J] + " needs a value (" + std::string(Spec->Value) + ")");
-      Spec->Apply(O, Value);
+        throw EUsage(std::string("-") + A[J] + " needs a value (" + std::string(Entry->Value) + ")");
+      Entry->Apply(O, Value);
       break;
     }
   }
@@ -234,18 +234,18 @@ void PrintHelp(std::ostream& Out) {
          "\n"
          "Options:\n";
   constexpr std::size_t HelpColumn = 24;
-  for (const auto& Spec : OptionTable) {
+  for (const auto& Entry : OptionTable) {
     std::string Head = "  ";
-    Head += Spec.Short ? std::string("-") + Spec.Short + ", " : std::string("    ");
-    Head += "--" + std::string(Spec.Long);
-    if (!Spec.Value.empty()) Head += " " + std::string(Spec.Value);
+    Head += Entry.Short ? std::string("-") + Entry.Short + ", " : std::string("    ");
+    Head += "--" + std::string(Entry.Long);
+    if (!Entry.Value.empty()) Head += " " + std::string(Entry.Value);
     Out << Head;
     if (Head.size() + 2 > HelpColumn) {
       Out << '\n' << std::string(HelpColumn, ' ');
     } else {
       Out << std::string(HelpColumn - Head.size(), ' ');
     }
-    WriteWrapped(Out, Spec.Help, HelpColumn, 79);
+    WriteWrapped(Out, Entry.Help, HelpColumn, 79);
   }
   Out << "\n"
          "Output names: without -o or -i, the output goes beside its input as NAME.txt.EXT\n"
