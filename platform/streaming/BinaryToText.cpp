@@ -516,13 +516,24 @@ std::string ObjectValueToText(std::string_view valueBytes) {
   return out;
 }
 
-void AppendComponentKey(std::string& key, std::string_view name, int index) {
+void AppendComponentKey(std::string& key, std::string_view name, int index, int occurrence) {
   key.push_back('/');
   if (name.empty()) {
     key.push_back('#');
     key.append(std::to_string(index));
   } else {
     key.append(name);
+    if (occurrence > 0) {
+      key.push_back('\x02');
+      key.append(std::to_string(occurrence));
+    }
+  }
+}
+
+void AppendPropertyOccurrence(std::string& key, int occurrence) {
+  if (occurrence > 0) {
+    key.push_back('\x03');
+    key.append(std::to_string(occurrence));
   }
 }
 
@@ -530,20 +541,20 @@ TReferenceValues::TReferenceValues(std::string_view stream) {
   try {
     TValueReader reader(stream);
     reader.ReadSignature();
-    IndexComponent(reader, 0, 0);
+    IndexComponent(reader, 0, 0, 0);
   } catch (const Exception&) {
     // What was indexed before the damage is still good.
   }
 }
 
-void TReferenceValues::IndexComponent(TValueReader& reader, int depth, int index) {
+void TReferenceValues::IndexComponent(TValueReader& reader, int depth, int index, int occurrence) {
   if (depth > MaxNestingDepth) return;
   const std::size_t keyLength = FKey.size();
   TFilerFlags flags;
   std::int32_t childPos;
   std::string_view className, name;
   reader.ReadComponentHeader(flags, childPos, className, name);
-  AppendComponentKey(FKey, name, index);
+  AppendComponentKey(FKey, name, index, occurrence);
   while (!reader.EndOfList()) {
     const std::string_view property = reader.ReadShortString();
     const std::size_t start = reader.Position();
@@ -551,11 +562,22 @@ void TReferenceValues::IndexComponent(TValueReader& reader, int depth, int index
     std::string key = FKey;
     key.push_back('\x01');
     key.append(property);
+    AppendPropertyOccurrence(key, FCounts[key]++);
     FValues.emplace(std::move(key), reader.Data().substr(start, reader.Position() - start));
   }
   reader.ReadByte();
   int childIndex = 0;
-  while (!reader.EndOfList()) IndexComponent(reader, depth + 1, childIndex++);
+  TSiblingNames siblings;
+  while (!reader.EndOfList()) {
+    // Peek at the child's name to count it among its siblings.
+    const std::size_t at = reader.Position();
+    TFilerFlags childFlags;
+    std::int32_t childPosition;
+    std::string_view childClass, childName;
+    reader.ReadComponentHeader(childFlags, childPosition, childClass, childName);
+    reader.SetPosition(at);
+    IndexComponent(reader, depth + 1, childIndex++, siblings.Occurrence(childName));
+  }
   reader.ReadByte();
   FKey.resize(keyLength);
 }

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <optional>
+#include <unordered_map>
 
 namespace {
 
@@ -34,8 +36,11 @@ struct THexValues {
 };
 constexpr THexValues HexValues;
 
+// Blanks separate tokens. Other control characters are taken as parts of names, as
+// they stand in names that damaged streams carried into text.
+inline bool IsBlank(unsigned char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 inline bool IsSymbolStart(unsigned char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c >= 0x80;
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c >= 0x80 || (c < ' ' && !IsBlank(c));
 }
 inline bool IsSymbolChar(unsigned char c) { return IsSymbolStart(c) || (c >= '0' && c <= '9'); }
 inline bool IsDigit(unsigned char c) { return c >= '0' && c <= '9'; }
@@ -60,8 +65,12 @@ public:
     NextToken();
     FWriter.WriteSignature();
     ConvertObject(0);
-    // Anything but blanks after the root's end would be lost: refuse it.
-    SkipBlanks();
+    // Anything but blanks after the root's end would be lost: refuse it. Control
+    // characters there (an end-of-file mark, padding) carry nothing.
+    while (FCur < FEnd && static_cast<unsigned char>(*FCur) <= ' ') {
+      if (*FCur == '\n') ++FLine;
+      ++FCur;
+    }
     if (FCur < FEnd) {
       FTokenLine = FLine;
       Error("End of text expected");
@@ -106,7 +115,7 @@ private:
   void SkipBlanks() {
     while (FCur < FEnd) {
       const unsigned char c = static_cast<unsigned char>(*FCur);
-      if (c > ' ') return;
+      if (!IsBlank(c)) return;
       if (c == '\n' || (c == '\r' && (FCur + 1 == FEnd || FCur[1] != '\n'))) ++FLine;
       ++FCur;
     }
@@ -287,7 +296,7 @@ private:
 
   // --- parser ---
 
-  void ConvertObject(int depth, int index = 0) {
+  void ConvertObject(int depth, int index = 0, TSiblingNames* siblings = nullptr) {
     CheckDepth(depth);
     const std::size_t keyLength = FKey.size();
     if (FToken != toSymbol) Error(RtlConsts::SIdentifierExpected);
@@ -328,16 +337,18 @@ private:
       NextToken();
     }
     FWriter.WriteComponentHeader(flags, childPos, className, name);
-    if (FReference) AppendComponentKey(FKey, name, index);
+    if (FReference) AppendComponentKey(FKey, name, index, siblings ? siblings->Occurrence(name) : 0);
     while (!(SymbolIs("end") || AtObjectKeyword())) {
       if (FToken == toEOF) Error(Format(RtlConsts::SSymbolExpected, "end"));
       ConvertProperty(depth, true);
     }
     FWriter.WriteListEnd();
     int childIndex = 0;
+    std::optional<TSiblingNames> children;
     while (!SymbolIs("end")) {
       if (!AtObjectKeyword()) Error(Format(RtlConsts::SSymbolExpected, "end"));
-      ConvertObject(depth + 1, childIndex++);
+      if (FReference && !children) children.emplace();
+      ConvertObject(depth + 1, childIndex++, children ? &*children : nullptr);
     }
     FWriter.WriteListEnd();
     NextToken();
@@ -634,6 +645,7 @@ private:
     FLookup.assign(FKey);
     FLookup.push_back('\x01');
     FLookup.append(out, nameAt + 1, nameLength);
+    AppendPropertyOccurrence(FLookup, FPropertyCounts[FLookup]++);
     const std::string_view ours(out.data() + valueAt, out.size() - valueAt);
     const std::string_view theirs = FReference->Find(FLookup);
     if (theirs.data() == nullptr || theirs == ours) return;
@@ -661,6 +673,7 @@ private:
   const TReferenceValues* FReference = nullptr;
   std::string FKey;
   std::string FLookup;
+  std::unordered_map<std::string, int> FPropertyCounts;
 
 public:
   void SetReference(const TReferenceValues* reference) { FReference = reference; }
