@@ -647,6 +647,10 @@ TEST_F(ConvertTool, UnreadableFileAndReadOnlyFolder) {
   fs::permissions(P("open"), fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec |
                                  fs::perms::group_read | fs::perms::group_exec);
 
+  // The other user reaches this folder at all (the temporary folder must be open to it).
+  const auto Probe = RunToolAsUser({"--check", S("open/Form2.dfm")});
+  ASSERT_EQ(Probe.Status, 0) << "the unprivileged user cannot use " << FDir << ": " << Probe.Out << Probe.Err;
+
   const auto R = RunToolAsUser({"-t", S("locked/Form1.dfm")});
   EXPECT_EQ(R.Status, 1);
   EXPECT_NE(R.Err.find(S("locked/Form1.dfm") + ": cannot read: Permission denied"), std::string::npos) << R.Err;
