@@ -907,11 +907,13 @@ int TConvertRun::Execute() {
 
   const std::string NotForms =
       FNotForms ? "; " + Plural(FNotForms, "file was not a form", "files were not forms") : "";
-  const int Other = FListErrors;  // names that could not even be read
+  const int Other = FListErrors;  // names that could not even be listed
   if (FOptions.Action == TAction::Check) {
     std::string Summary = "Checked " + Plural(FChecked, "file", "files") + ": " + std::to_string(FCheckedOk) +
                           " ok, " + std::to_string(FChecked - FCheckedOk) + " failed";
-    if (Other) Summary += "; " + Plural(Other, "other error", "other errors");
+    // Names that could not be found or read are failures too, outside the files checked.
+    const int Unchecked = FFailed - (FChecked - FCheckedOk);
+    if (Unchecked) Summary += "; " + Plural(Unchecked, "other error", "other errors");
     if (FTextChanged) Summary += "; " + Plural(FTextChanged, "text comes", "texts come") + " back as different text";
     if (FTypesDiffer)
       Summary += "; " + Plural(FTypesDiffer, "file's text gives", "files' texts give") + " other value types alone";

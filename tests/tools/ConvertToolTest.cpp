@@ -661,6 +661,12 @@ TEST_F(ConvertTool, UnreadableFileAndReadOnlyFolder) {
   EXPECT_NE(W.Err.find(S("open/Form2.txt.dfm") + ": cannot write: Permission denied"), std::string::npos) << W.Err;
   EXPECT_EQ(Names("open"), std::vector<std::string>{"Form2.dfm"});
 
+  // A file that cannot be read is an error of --check too, counted beside the files checked.
+  const auto C = RunToolAsUser({"--check", S("locked/Form1.dfm"), S("open/Form2.dfm")});
+  EXPECT_EQ(C.Status, 1);
+  EXPECT_NE(C.Err.find(S("locked/Form1.dfm") + ": cannot read: Permission denied"), std::string::npos) << C.Err;
+  EXPECT_NE(C.Out.find("Checked 1 file: 1 ok, 0 failed; 1 other error.\n"), std::string::npos) << C.Out;
+
   // An unreadable folder met while recursing is reported; the others are still searched.
   Write("tree/a/A.dfm", Binary());
   Write("tree/b/B.dfm", Binary());
