@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <sys/mman.h>
 #include <vector>
 
 namespace {
@@ -36,6 +37,7 @@ public:
   // follows the output actually written.
   TTextOut(std::string& s, std::size_t estimate) : FStr(s) {
     FStr.reserve(estimate < 256 ? 256 : estimate);
+    AdviseHugePages(FStr.data(), FStr.capacity());
     FStr.resize(FStr.capacity() < Step ? FStr.capacity() : Step);
     FCur = FStr.data();
     FEnd = FCur + FStr.size();
@@ -109,11 +111,13 @@ private:
   void Grow(std::size_t n) {
     const std::size_t used = static_cast<std::size_t>(FCur - FStr.data());
     std::size_t size = FStr.size() + Step;
+    if (size > FStr.capacity()) size = FStr.capacity();  // the last step stays inside the reserve
     if (size < used + n) size = used + n;
     if (size > FStr.capacity()) {
       // Past the reserve, grow by half rather than the library's doubling: less memory at the peak.
       std::string bigger;
       bigger.reserve(std::max(size, FStr.capacity() + FStr.capacity() / 2));
+      AdviseHugePages(bigger.data(), bigger.capacity());
       bigger.append(FStr.data(), used);
       FStr.swap(bigger);
     }
@@ -392,8 +396,9 @@ private:
     const std::size_t n = data.size();
     const bool multiLine = n >= 32;
     const std::size_t indent = static_cast<std::size_t>(level + 1) * 2;
-    // Whole size up front: 2 hex digits a byte, a line break and indent per 32 bytes.
-    FOut.Reserve(2 * n + (n / 32 + 2) * (indent + 2) + 2);
+    // The exact size up front: 2 hex digits a byte, a line break and indent per 32 bytes.
+    const std::size_t lines = (n + 31) / 32;
+    FOut.Reserve(2 * n + (multiLine ? lines * (indent + 2) : 0) + 2);
     FOut.PutRaw('{');
     std::size_t i = 0;
     while (i < n) {
@@ -508,6 +513,14 @@ TFormFileFormat DetectFormFileFormat(std::string_view data) {
 }
 
 // --- pieces shared with the text parser ---------------------------------------
+
+void AdviseHugePages(char* data, std::size_t size) {
+  constexpr std::uintptr_t Huge = 2 * 1024 * 1024;
+  if (size < 2 * Huge) return;
+  const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(data) + Huge - 1) & ~(Huge - 1);
+  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(data) + size) & ~(Huge - 1);
+  if (end > begin) ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+}
 
 std::string ObjectValueToText(std::string_view valueBytes) {
   std::string out;
