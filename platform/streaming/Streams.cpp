@@ -69,9 +69,13 @@ std::int64_t TStream::CopyFrom(TStream& source, std::int64_t count) {
 
 std::string TStream::ReadRest() {
   std::string result;
-  const std::int64_t here = Position();
-  const std::int64_t size = Size();
-  if (size > here) result.reserve(static_cast<std::size_t>(size - here));
+  try {
+    const std::int64_t here = Position();
+    const std::int64_t size = Size();
+    if (size > here) result.reserve(static_cast<std::size_t>(size - here));
+  } catch (const EStreamError&) {
+    // A pipe has no size: read until it ends.
+  }
   char buffer[65536];
   for (;;) {
     const std::int64_t n = Read(buffer, sizeof buffer);
@@ -169,7 +173,7 @@ std::int64_t TCustomMemoryStream::Seek(std::int64_t offset, TSeekOrigin origin) 
   if (origin == soCurrent) base = static_cast<std::int64_t>(FPosition);
   if (origin == soEnd) base = static_cast<std::int64_t>(FSize);
   std::int64_t target = base + offset;
-  if (target < 0) target = 0;  // a negative position is meaningless; clamp like a file does not
+  if (target < 0) target = 0;  // no position before the start
   FPosition = static_cast<std::size_t>(target);
   return target;
 }

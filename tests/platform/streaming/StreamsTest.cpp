@@ -178,6 +178,17 @@ TEST(FileStream, WriteFileAtomicallyReplacesOnlyWhenComplete) {
   EXPECT_EQ(files, 1);
 }
 
+TEST(FileStream, APipeIsReadToItsEnd) {
+  int fds[2];
+  ASSERT_EQ(::pipe(fds), 0);
+  ASSERT_EQ(::write(fds[1], "piped", 5), 5);
+  ::close(fds[1]);
+  THandleStream pipe(fds[0]);
+  EXPECT_EQ(pipe.ReadRest(), "piped");
+  EXPECT_THROW(pipe.Size(), EStreamError);
+  ::close(fds[0]);
+}
+
 TEST(StreamResHeader, SkipsTheHeaderAtThePosition) {
   std::string file = MakeResHeader("TForm1", 4) + "TPF0";
   TMemoryStream stream(file);
