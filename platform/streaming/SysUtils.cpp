@@ -20,9 +20,9 @@ std::string FormatArgs(std::string_view format, const FormatArg* args, std::size
       out += '%';
       continue;
     }
-    std::string spec = "%";
+    std::string directive = "%";
     while (i < format.size() && (format[i] == '-' || format[i] == '.' || (format[i] >= '0' && format[i] <= '9')))
-      spec += format[i++];
+      directive += format[i++];
     if (i >= format.size() || next >= count) {
       out.append(format.substr(start, i - start + (i < format.size() ? 1 : 0)));
       continue;
@@ -36,9 +36,9 @@ std::string FormatArgs(std::string_view format, const FormatArg* args, std::size
       case 'x':
       case 'X': {
         long long v = a.kind == FormatArg::Int ? a.i : a.kind == FormatArg::UInt ? static_cast<long long>(a.u) : static_cast<long long>(a.f);
-        spec += "ll";
-        spec += conv;
-        std::snprintf(buf, sizeof buf, spec.c_str(), v);
+        directive += "ll";
+        directive += conv;
+        std::snprintf(buf, sizeof buf, directive.c_str(), v);
         out += buf;
         break;
       }
@@ -46,8 +46,8 @@ std::string FormatArgs(std::string_view format, const FormatArg* args, std::size
       case 'f':
       case 'e': {
         double v = a.kind == FormatArg::Float ? a.f : a.kind == FormatArg::Int ? static_cast<double>(a.i) : static_cast<double>(a.u);
-        spec += conv;
-        std::snprintf(buf, sizeof buf, spec.c_str(), v);
+        directive += conv;
+        std::snprintf(buf, sizeof buf, directive.c_str(), v);
         out += buf;
         break;
       }
@@ -58,14 +58,14 @@ std::string FormatArgs(std::string_view format, const FormatArg* args, std::size
         else if (a.kind == FormatArg::Int) text = std::to_string(a.i);
         else if (a.kind == FormatArg::UInt) text = std::to_string(a.u);
         else text = std::to_string(a.f);
-        if (spec.size() > 1) {
+        if (directive.size() > 1) {
           // Width and precision on text: pad or cut as printf would.
-          std::size_t dot = spec.find('.');
-          bool left = spec.size() > 1 && spec[1] == '-';
-          std::string widthPart = spec.substr(left ? 2 : 1, dot == std::string::npos ? std::string::npos : dot - (left ? 2 : 1));
+          std::size_t dot = directive.find('.');
+          bool left = directive.size() > 1 && directive[1] == '-';
+          std::string widthPart = directive.substr(left ? 2 : 1, dot == std::string::npos ? std::string::npos : dot - (left ? 2 : 1));
           std::size_t width = widthPart.empty() ? 0 : std::stoul(widthPart);
           if (dot != std::string::npos) {
-            std::string precPart = spec.substr(dot + 1);
+            std::string precPart = directive.substr(dot + 1);
             std::size_t prec = precPart.empty() ? 0 : std::stoul(precPart);
             if (text.size() > prec) text.resize(prec);
           }
