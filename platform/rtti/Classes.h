@@ -68,6 +68,21 @@
 //   TModuleScope scope(packageHandle);                      // a package's registrations
 //   ...  UnRegisterModuleClasses(packageHandle);
 //
+// ---- Reading a root from a stream or from form text, writing it back -----------------------
+//
+//   ReadComponentFromText(form, formText);             // text -> binary -> reader
+//   ReadComponentFromBinary(form, streamBytes, [](TReader& r) {
+//     r.OnError = [](TReader*, const std::string& message, bool& handled) { handled = true; };
+//   });
+//   TReader reader(streamBytes);                        // or a reader of your own
+//   reader.OnFindMethod = ...;  reader.ReadRootComponent(form);
+//   std::string bytes = WriteComponentToBinary(form);   // WriteComponentToText for form text
+//
+// The reader creates each child with its class's factory (owner: the root), names it
+// (which stores it in the root's published field of that name), hands it its parent
+// (SetParentComponent), sets its properties, and calls Loaded on everything once the
+// references between components are set. Without OnError the first problem is raised.
+
 // ---- Type information at run time ---------------------------------------------------------
 //
 //   SetStrProp(button, "Caption", "OK");  GetOrdProp(button, "Width");
@@ -81,9 +96,11 @@
 #include "platform/rtti/Filer.h"
 #include "platform/rtti/Methods.h"
 #include "platform/rtti/Persistent.h"
+#include "platform/rtti/Reader.h"
 #include "platform/rtti/Registry.h"
 #include "platform/rtti/Sets.h"
 #include "platform/rtti/Strings.h"
 #include "platform/rtti/SystemTypes.h"
 #include "platform/rtti/TypInfo.h"
 #include "platform/rtti/Variants.h"
+#include "platform/rtti/Writer.h"

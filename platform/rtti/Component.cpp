@@ -1,6 +1,8 @@
 #include "platform/rtti/Component.h"
 
 #include "platform/rtti/ClassBuilder.h"
+#include "platform/rtti/Reader.h"
+#include "platform/rtti/Writer.h"
 #include "platform/streaming/RtlConsts.h"
 #include "platform/streaming/SysUtils.h"
 
@@ -33,6 +35,7 @@ TComponent::~TComponent() {
     FFreeNotifies.pop_back();
     auto& theirs = other->FFreeNotifies;
     theirs.erase(std::remove(theirs.begin(), theirs.end(), this), theirs.end());
+    if (theirs.empty()) other->FComponentState.Exclude(csFreeNotification);
     other->Notification(this, opRemove);
   }
   DestroyComponents();
@@ -190,10 +193,32 @@ void TComponent::Updating() { FComponentState.Include(csUpdating); }
 void TComponent::Updated() { FComponentState.Exclude(csUpdating); }
 void TComponent::Loaded() { FComponentState.Exclude(csLoading); }
 
+void TComponent::ReadState(TReader& reader) { reader.ReadData(this); }
+
+void TComponent::WriteState(TWriter& writer) { writer.WriteData(this); }
+
+void TComponent::DefineProperties(TFiler& filer) {
+  std::int32_t ancestorInfo = 0;
+  if (auto* ancestor = dynamic_cast<TComponent*>(filer.Ancestor())) ancestorInfo = ancestor->FDesignInfo;
+  // The halves are 16-bit words, as the designer stores them.
+  auto low = [](std::int32_t v) { return static_cast<std::uint16_t>(v & 0xFFFF); };
+  auto high = [](std::int32_t v) { return static_cast<std::uint16_t>((static_cast<std::uint32_t>(v) >> 16) & 0xFFFF); };
+  filer.DefineProperty(
+      "Left", [this, high](TReader& r) { FDesignInfo = static_cast<std::int32_t>((std::uint32_t{high(FDesignInfo)} << 16) | static_cast<std::uint16_t>(r.ReadInteger())); },
+      [this, low](TWriter& w) { w.WriteInteger(low(FDesignInfo)); }, low(FDesignInfo) != low(ancestorInfo));
+  filer.DefineProperty(
+      "Top", [this, low](TReader& r) { FDesignInfo = static_cast<std::int32_t>((static_cast<std::uint32_t>(static_cast<std::uint16_t>(r.ReadInteger())) << 16) | low(FDesignInfo)); },
+      [this, high](TWriter& w) { w.WriteInteger(high(FDesignInfo)); }, high(FDesignInfo) != high(ancestorInfo));
+}
+
 bool TComponent::HasParent() const { return false; }
 TComponent* TComponent::GetParentComponent() const { return nullptr; }
 void TComponent::SetParentComponent(TComponent*) {}
-void TComponent::GetChildren(const TGetChildProc&, TComponent*) {}
+void TComponent::GetChildren(const TGetChildProc& proc, TComponent* root) {
+  if (root != this) return;
+  for (std::size_t i = 0; i < FComponents.size(); ++i)
+    if (!FComponents[i]->HasParent()) proc(FComponents[i]);
+}
 TComponent* TComponent::GetChildOwner() { return nullptr; }
 TComponent* TComponent::GetChildParent() { return this; }
 void TComponent::SetChildOrder(TComponent*, int) {}

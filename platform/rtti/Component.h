@@ -98,6 +98,10 @@ public:
   virtual void Updated();
   // Called when reading has finished and every reference is fixed up; the base clears csLoading.
   virtual void Loaded();
+  // Reads this component's properties and children (the base: reader.ReadData(this)).
+  virtual void ReadState(TReader& reader);
+  // Writes this component's header, properties and children (the base: writer.WriteData(this)).
+  virtual void WriteState(TWriter& writer);
 
   // ---- Plain published values
   int Tag() const { return FTag; }
@@ -111,7 +115,8 @@ public:
   virtual TComponent* GetParentComponent() const;
   virtual void SetParentComponent(TComponent* parent);
   // Calls `proc` for each child that is written with this component; `root` is the
-  // component being written. The base has no children (a form lists what it owns).
+  // component being written. The base lists, when it is the root, the components it
+  // owns that have no parent (a form adds its controls first).
   virtual void GetChildren(const TGetChildProc& proc, TComponent* root);
   // The owner of the children read into this component (none: the root owns them).
   virtual TComponent* GetChildOwner();
@@ -123,6 +128,8 @@ public:
   // ---- TPersistent
   TPersistent* GetOwner() override;
   std::string GetNamePath() override;
+  // Left and Top of a non-visual component: the two halves of DesignInfo, written when not 0.
+  void DefineProperties(TFiler& filer) override;
 
 protected:
   // Changes the name without checks.

@@ -8,5 +8,7 @@ inline constexpr const char* SAbstractClass = "Cannot create an instance of clas
 inline constexpr const char* SNotAComponentClass = "Class %s is not a component class";     // class name (our text)
 inline constexpr const char* SMethodTypeMismatch = "Method %s does not fit event %s";       // handler, event type (our text)
 inline constexpr const char* SInvalidFieldClass = "Field %s cannot hold a %s";              // field name, class name (our text)
+inline constexpr const char* SUnresolvedReference = "Component %s not found";              // a reference no component answers (our text)
+inline constexpr const char* SReaderNestingTooDeep = "Components nested too deep (more than %d levels)";  // (our text)
 
 }  // namespace RttiConsts

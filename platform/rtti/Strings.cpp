@@ -1,6 +1,8 @@
 #include "platform/rtti/Strings.h"
 
 #include "platform/rtti/ClassBuilder.h"
+#include "platform/rtti/Reader.h"
+#include "platform/rtti/Writer.h"
 #include "platform/streaming/RtlConsts.h"
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/SysUtils.h"
@@ -265,6 +267,32 @@ void TStrings::Assign(TPersistent* source) {
     return;
   }
   TPersistent::Assign(source);
+}
+
+void TStrings::DefineProperties(TFiler& filer) {
+  bool hasData = GetCount() > 0;
+  if (auto* ancestor = dynamic_cast<TStrings*>(filer.Ancestor())) hasData = !Equals(ancestor);
+  filer.DefineProperty(
+      "Strings",
+      [this](TReader& reader) {
+        reader.ReadListBegin();
+        BeginUpdate();
+        try {
+          Clear();
+          while (!reader.EndOfList()) Add(reader.ReadString());
+        } catch (...) {
+          EndUpdate();
+          throw;
+        }
+        EndUpdate();
+        reader.ReadListEnd();
+      },
+      [this](TWriter& writer) {
+        writer.WriteListBegin();
+        for (int i = 0; i < GetCount(); ++i) writer.WriteString(Get(i));
+        writer.WriteListEnd();
+      },
+      hasData);
 }
 
 // ---- TStringList ----------------------------------------------------------------------------

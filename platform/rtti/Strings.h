@@ -84,6 +84,9 @@ public:
   virtual void SaveToFile(const std::string& fileName) const;
 
   void Assign(TPersistent* source) override;
+  // The lines stream as the defined property "Strings" (a list of strings), written
+  // when there are any (or, against an ancestor, when they differ).
+  void DefineProperties(TFiler& filer) override;
 
 protected:
   virtual std::string Get(int index) const = 0;

@@ -704,3 +704,50 @@ void SetPropValue(TObject* instance, const TPropInfo* prop, const Variant& value
   }
 }
 void SetPropValue(TObject* instance, std::string_view name, const Variant& value) { SetPropValue(instance, Need(instance, name), value); }
+
+// ---- Integer types written by name -----------------------------------------------------------
+
+namespace {
+
+struct TIntConsts {
+  const TTypeInfo* Type;
+  TIdentToInt IdentToInt;
+  TIntToIdent IntToIdent;
+};
+
+std::vector<TIntConsts>& IntConstsList() {
+  static std::vector<TIntConsts> list;
+  return list;
+}
+
+const TIntConsts* FindIntConsts(const TTypeInfo* type) {
+  if (!type) return nullptr;
+  for (const auto& c : IntConstsList())
+    if (c.Type == type) return &c;
+  for (const auto& c : IntConstsList())
+    if (SameText(c.Type->Name, type->Name)) return &c;
+  return nullptr;
+}
+
+}  // namespace
+
+void RegisterIntegerConsts(const TTypeInfo* intType, TIdentToInt identToInt, TIntToIdent intToIdent) {
+  if (!intType) return;
+  for (auto& c : IntConstsList())
+    if (c.Type == intType) {
+      c.IdentToInt = identToInt;
+      c.IntToIdent = intToIdent;
+      return;
+    }
+  IntConstsList().push_back(TIntConsts{intType, identToInt, intToIdent});
+}
+
+TIdentToInt FindIdentToInt(const TTypeInfo* intType) {
+  const TIntConsts* c = FindIntConsts(intType);
+  return c ? c->IdentToInt : nullptr;
+}
+
+TIntToIdent FindIntToIdent(const TTypeInfo* intType) {
+  const TIntConsts* c = FindIntConsts(intType);
+  return c ? c->IntToIdent : nullptr;
+}

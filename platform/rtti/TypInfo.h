@@ -505,3 +505,17 @@ Variant GetPropValue(TObject* instance, std::string_view name, bool preferString
 // EPropertyError "Invalid property element: %s" for an unknown name.
 void SetPropValue(TObject* instance, const TPropInfo* prop, const Variant& value);
 void SetPropValue(TObject* instance, std::string_view name, const Variant& value);
+
+// ---- Integer types written by name ----------------------------------------------------
+// An integer type of its own (Color, Cursor, Charset) may have a table that turns names
+// into numbers and back; the reader and writer use it (Color = clBtnFace).
+
+using TIdentToInt = bool (*)(std::string_view ident, long& value);
+using TIntToIdent = bool (*)(long value, std::string& ident);
+
+// Remembers the name table of an integer type; a second registration replaces the first.
+void RegisterIntegerConsts(const TTypeInfo* intType, TIdentToInt identToInt, TIntToIdent intToIdent);
+// The table's functions for a type (found by its type information or, failing that, by
+// its name), or none.
+TIdentToInt FindIdentToInt(const TTypeInfo* intType);
+TIntToIdent FindIntToIdent(const TTypeInfo* intType);

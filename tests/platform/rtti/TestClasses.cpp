@@ -2,6 +2,34 @@
 
 #include <algorithm>
 
+namespace {
+struct TColorName {
+  long Value;
+  const char* Name;
+};
+const TColorName ColorNames[] = {{255, "clRed"}, {0, "clBlack"}, {-16777201, "clBtnFace"}};
+
+bool ColorIdentToInt(std::string_view ident, long& value) {
+  for (const auto& c : ColorNames)
+    if (SameText(c.Name, ident)) {
+      value = c.Value;
+      return true;
+    }
+  return false;
+}
+
+bool ColorIntToIdent(long value, std::string& ident) {
+  for (const auto& c : ColorNames)
+    if (c.Value == value) {
+      ident = c.Name;
+      return true;
+    }
+  return false;
+}
+}  // namespace
+
+void RegisterTestColorNames() { RegisterIntegerConsts(TypeInfo<TTestColor>(), &ColorIdentToInt, &ColorIntToIdent); }
+
 LUMORA_CLASS_IMPL(TTestFont) {
   c.Property("Color", &TTestFont::FColor, &TTestFont::FColor).Default(0);
   c.Property("Name", &TTestFont::FName, &TTestFont::SetName);
@@ -52,6 +80,7 @@ LUMORA_CLASS_IMPL(TTestControl) {
   c.Property("Letter", &TTestControl::FLetter, &TTestControl::FLetter).Default(0);
   c.Property("WideLetter", &TTestControl::FWideLetter, &TTestControl::FWideLetter).Default(0);
   c.Property("Small", &TTestControl::FSmall, &TTestControl::FSmall).Default(0);
+  c.Property("Color", &TTestControl::FColor, &TTestControl::FColor).Default(TTestColor(-16777201));
   c.Property("Ratio", &TTestControl::FRatio, &TTestControl::FRatio);
   c.Property("Scale", &TTestControl::FScale, &TTestControl::FScale);
   c.Property("Precise", &TTestControl::FPrecise, &TTestControl::FPrecise);

@@ -15,6 +15,23 @@ LUMORA_SET(TTestAnchors, TTestAnchorKind)
 LUMORA_ENUM(TTestFontStyle, tfsBold, tfsItalic, tfsUnderline, tfsStrikeOut)
 LUMORA_SET(TTestFontStyles, TTestFontStyle)
 
+// An integer type of its own, written by name where it has one (Color = clRed).
+enum TTestColor : int {};
+inline const TTypeInfo* TypeInfoOf(TTestColor*) {
+  static const TTypeInfo info = [] {
+    TTypeInfo t;
+    t.Kind = tkInteger;
+    t.Name = "TTestColor";
+    t.OrdType = otSLong;
+    t.MinValue = -2147483647 - 1;
+    t.MaxValue = 2147483647;
+    return t;
+  }();
+  return &info;
+}
+// Registers the names clRed (255), clBlack (0) and clBtnFace (-16777201) for TTestColor.
+void RegisterTestColorNames();
+
 class TTestFont : public TPersistent {
   LUMORA_CLASS(TTestFont, TPersistent)
 public:
@@ -109,6 +126,7 @@ public:
   Variant FData;
   int FHidden = 0;
   unsigned char FSmall = 0;
+  TTestColor FColor = TTestColor(-16777201);
   TNotifyEvent OnClick;
   TKeyEvent OnKeyDown;
 
