@@ -139,13 +139,9 @@ void CheckNames(const std::string& fileName, const std::string& section, const s
     WriteFailed(fileName, Format("the value of \"%s\" holds a line break", ident ? *ident : std::string()));
 }
 
-// A file or folder without any write permission counts as read-only, also for a
-// user whom the system would let through anyway.
 bool IsReadOnly(const std::string& path) {
   struct stat st {};
-  if (::stat(path.c_str(), &st) != 0) return false;
-  if ((st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) return true;
-  return ::access(path.c_str(), W_OK) != 0;
+  return ::stat(path.c_str(), &st) == 0 && !IsWritablePath(path);
 }
 
 void Save(const std::string& fileName, const TDocument& doc) {
@@ -212,6 +208,13 @@ TLine MakeLine(const TDocument& doc, const std::string& text, bool first) {
 }
 
 }  // namespace
+
+bool IsWritablePath(const std::string& Path) {
+  struct stat st {};
+  if (Path.empty() || ::stat(Path.c_str(), &st) != 0) return false;
+  if ((st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) return false;
+  return ::access(Path.c_str(), W_OK) == 0;
+}
 
 std::string TIniFile::ReadString(const std::string& Section, const std::string& Ident,
                                  const std::string& Default) const {

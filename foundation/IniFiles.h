@@ -13,6 +13,10 @@
 // A write to the file failed; the message names the file and the reason.
 LUMORA_DECLARE_EXCEPTION(EIniFileException, Exception)
 
+// Whether the file or folder exists and may be written. One without any write permission
+// counts as read-only also for a user whom the system would let through anyway.
+bool IsWritablePath(const std::string& Path);
+
 class TIniFile {
 public:
   explicit TIniFile(std::string FileName) : FFileName(std::move(FileName)) {}
