@@ -332,6 +332,9 @@ void TValueWriter::WritePrefix(TFilerFlags flags, std::int32_t childPos) {
 void TValueWriter::WriteComponentHeader(TFilerFlags flags, std::int32_t childPos, std::string_view className,
                                         std::string_view name) {
   WritePrefix(flags, childPos);
+  // A class name of 240 characters or more starts with a length byte that reads as a
+  // prefix; an empty prefix in front keeps it a name.
+  if (flags == 0 && className.size() >= 0xF0) WriteByte(0xF0);
   WriteShortString(className);
   WriteShortString(name);
 }

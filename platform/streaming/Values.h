@@ -266,7 +266,8 @@ public:
   void WriteSetEnd() { WriteByte(0); }
   // The prefix byte (only when a flag is set) and the child position with ffChildPos.
   void WritePrefix(TFilerFlags flags, std::int32_t childPos);
-  // Prefix, class name and component name.
+  // Prefix, class name and component name (with an empty prefix when a long class
+  // name's length byte would read as one).
   void WriteComponentHeader(TFilerFlags flags, std::int32_t childPos, std::string_view className,
                             std::string_view name);
 

@@ -98,6 +98,14 @@ TEST(ObjectText, ComponentKeywordsNamesAndPositions) {
                          }));
 }
 
+TEST(ObjectText, ClassNamesUpTo255Characters) {
+  const std::string longClass(250, 'C');
+  const std::string text = Lines({"object Form1: TForm1", "  object Long1: " + longClass, "  end", "end"});
+  const std::string binary = ObjectTextToBinary(text);
+  EXPECT_EQ(ObjectBinaryToText(binary), text);
+  EXPECT_EQ(ObjectBinaryToText(ObjectTextToBinary("object " + longClass + " end")), Lines({"object " + longClass, "end"}));
+}
+
 TEST(ObjectText, InheritedAndInlineBothSetWritesInherited) {
   // The text cannot say both; reading it back keeps only the inherited flag.
   const std::string binary = FormStream({}, [](TValueWriter& w) {

@@ -170,6 +170,25 @@ TEST(ValueWriter, NoPrefixWithoutFlags) {
   EXPECT_EQ(out, "\x06TForm1\x05" "Form1");
 }
 
+TEST(ValueWriter, ALongClassNameGetsAnEmptyPrefix) {
+  // Its length byte (0xF0 or more) would otherwise read as a prefix.
+  const std::string longClass(240, 'T');
+  std::string out;
+  TValueWriter(out).WriteComponentHeader(0, -1, longClass, "A");
+  EXPECT_EQ(out.substr(0, 2), "\xF0\xF0");
+  TValueReader r(out);
+  TFilerFlags flags;
+  std::int32_t pos;
+  std::string_view cls, name;
+  r.ReadComponentHeader(flags, pos, cls, name);
+  EXPECT_EQ(flags, 0);
+  EXPECT_EQ(cls, longClass);
+  EXPECT_EQ(name, "A");
+  std::string shorter;
+  TValueWriter(shorter).WriteComponentHeader(0, -1, std::string(239, 'T'), "A");
+  EXPECT_EQ(shorter[0], '\xEF');
+}
+
 TEST(ValueReader, SkipValueSkipsEveryType) {
   std::string out;
   TValueWriter w(out);
