@@ -1,8 +1,8 @@
 #pragma once
 // The component model: classes with run-time type information, components with owners
-// and names, string lists, collections, variants, the class registry, and (Filer.h)
-// the reader and writer of form streams. Include this header; everything is global,
-// with the runtime's names.
+// and names, string lists, collections, variants, the class registry, and the reader
+// and writer of form streams (Reader.h, Writer.h). Include this header; everything is
+// global, with the runtime's names.
 //
 // ---- Declaring a class with published properties -----------------------------------
 //
@@ -88,6 +88,11 @@
 //   SetStrProp(button, "Caption", "OK");  GetOrdProp(button, "Width");
 //   SetEnumProp(button, "Kind", "bkOK");   SetSetProp(font, "Style", "[fsBold,fsItalic]");
 //   SetPropValue(button, "Default", Variant("1"));   // text converts to the property's type
+//
+// An integer type of its own (an enum with a fixed underlying type whose TypeInfoOf says
+// tkInteger, as the controls declare TColor) is written by name once its table is known:
+//   RegisterIntegerConsts(TypeInfo<TColor>(), &IdentToColor, &ColorToIdent);
+// then the reader takes `Color = clBtnFace` and the writer writes it.
 
 #include "platform/rtti/ClassBuilder.h"
 #include "platform/rtti/Collection.h"

@@ -124,4 +124,6 @@ TEST(CollectionTest, AddWithoutACreatableItemClassIsRefused) {
   TCollection odd(TStringList::StaticClass());
   EXPECT_EQ(MessageOf<EInvalidOperation>([&] { odd.Add(); }), "Cannot create an instance of class TStringList");
   EXPECT_EQ(odd.Count(), 0);
+  TCollection none(nullptr);
+  EXPECT_EQ(MessageOf<EInvalidOperation>([&] { none.Add(); }), "Invalid operation");
 }
