@@ -514,6 +514,24 @@ TEST_F(ReaderTest, CollectionItemsWithOrderIndexesAndErrorsInItems) {
   EXPECT_EQ(form->Columns()->Updates, 2);  // one for the Add above, one for the whole read
 }
 
+TEST_F(ReaderTest, BinaryDefinedProperties) {
+  const std::string text =
+      "object Form1: TTestForm\n"
+      "  Picture.Data = {\n"
+      "    00FF10}\n"
+      "  Picture.Other = {01}\n"
+      "  Caption = 'after'\n"
+      "end\n";
+  EXPECT_EQ(ReadCollecting(form.get(), text),
+            std::vector<std::string>{"Error reading Form1.Picture.Other: Property Other does not exist"});
+  EXPECT_EQ(form->Picture()->Bytes, std::string("\x00\xFF\x10", 3));
+  EXPECT_EQ(form->FCaption, "after");
+  TTestForm wrong(nullptr);
+  EXPECT_EQ(ReadCollecting(&wrong, "object F: TTestForm\n  Picture.Data = 'text'\nend\n"),
+            std::vector<std::string>{"Error reading F.Picture.Data: Invalid property value"});
+  EXPECT_EQ(wrong.Picture()->Bytes, "");
+}
+
 TEST_F(ReaderTest, HooksForNamesAndReferences) {
   const std::string text =
       "object Form1: TTestForm\n"

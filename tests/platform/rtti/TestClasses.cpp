@@ -1,5 +1,7 @@
 #include "tests/platform/rtti/TestClasses.h"
 
+#include "platform/streaming/Streams.h"
+
 #include <algorithm>
 
 namespace {
@@ -49,6 +51,13 @@ void TTestFont::Assign(TPersistent* source) {
   TPersistent::Assign(source);
 }
 
+LUMORA_CLASS_IMPL(TTestPicture) {}
+
+void TTestPicture::DefineProperties(TFiler& filer) {
+  filer.DefineBinaryProperty(
+      "Data", [this](TStream& s) { Bytes = s.ReadRest(); }, [this](TStream& s) { s.WriteBuffer(Bytes); }, !Bytes.empty());
+}
+
 LUMORA_CLASS_IMPL(TTestColumn) {
   c.Property("Caption", &TTestColumn::FCaption, &TTestColumn::FCaption);
   c.Property("Width", &TTestColumn::FWidth, &TTestColumn::FWidth).Default(64);
@@ -96,13 +105,18 @@ LUMORA_CLASS_IMPL(TTestControl) {
   c.Property("Font", &TTestControl::Font, &TTestControl::SetFont);
   c.Property("Items", &TTestControl::Items, &TTestControl::SetItems);
   c.Property("Columns", &TTestControl::Columns, &TTestControl::SetColumns);
+  c.Property("Picture", &TTestControl::Picture, &TTestControl::SetPicture);
   c.Property("Buddy", &TTestControl::Buddy, &TTestControl::SetBuddy);
   c.Property("OnClick", &TTestControl::OnClick, &TTestControl::OnClick);
   c.Property("OnKeyDown", &TTestControl::OnKeyDown, &TTestControl::OnKeyDown);
 }
 
 TTestControl::TTestControl(TComponent* owner)
-    : TComponent(owner), FFont(new TTestFont), FItems(new TStringList), FColumns(new TTestColumns(this)) {}
+    : TComponent(owner),
+      FFont(new TTestFont),
+      FItems(new TStringList),
+      FColumns(new TTestColumns(this)),
+      FPicture(new TTestPicture) {}
 
 TTestControl::~TTestControl() {
   Destroying();
@@ -110,6 +124,7 @@ TTestControl::~TTestControl() {
   SetParent(nullptr);
   for (TTestControl* child : Controls) child->FParent = nullptr;
   if (FBuddy) FBuddy->RemoveFreeNotification(this);
+  delete FPicture;
   delete FColumns;
   delete FItems;
   delete FFont;

@@ -49,6 +49,15 @@ public:
   }
 };
 
+// Streams its bytes itself, as a picture does: "Picture.Data = {...}".
+class TTestPicture : public TPersistent {
+  LUMORA_CLASS(TTestPicture, TPersistent)
+public:
+  TTestPicture() = default;
+  void DefineProperties(TFiler& filer) override;
+  std::string Bytes;
+};
+
 class TTestColumn : public TCollectionItem {
   LUMORA_CLASS(TTestColumn, TCollectionItem)
 public:
@@ -88,6 +97,8 @@ public:
   TStrings* Items() const { return FItems; }
   void SetItems(TStrings* value) { FItems->Assign(value); }
   TTestColumns* Columns() const { return FColumns; }
+  TTestPicture* Picture() const { return FPicture; }
+  void SetPicture(TTestPicture* value) { FPicture->Bytes = value ? value->Bytes : std::string(); }
   void SetColumns(TTestColumns* value) { FColumns->Assign(value); }
   TTestControl* Buddy() const { return FBuddy; }
   void SetBuddy(TTestControl* value);
@@ -139,6 +150,7 @@ private:
   TTestFont* FFont;
   TStringList* FItems;
   TTestColumns* FColumns;
+  TTestPicture* FPicture;
   TTestControl* FBuddy = nullptr;
   TTestControl* FParent = nullptr;
 };

@@ -230,6 +230,17 @@ TEST_F(WriterTest, InlineAndInheritedComponentsKeepTheirKeyword) {
   EXPECT_NE(text.find("  inline Frame1: TTestControl\r\n"), std::string::npos) << text;
 }
 
+TEST_F(WriterTest, BinaryDefinedPropertiesAreWrittenWhenTheyHaveData) {
+  TTestControl control(nullptr);
+  EXPECT_EQ(WriteComponentToText(&control).find("Picture"), std::string::npos);
+  control.Picture()->Bytes = std::string("\x00\xAB", 2);
+  const std::string text = WriteComponentToText(&control);
+  EXPECT_NE(text.find("  Picture.Data = {00AB}\r\n"), std::string::npos) << text;
+  TTestControl back(nullptr);
+  ReadComponentFromText(&back, text);
+  EXPECT_EQ(back.Picture()->Bytes, control.Picture()->Bytes);
+}
+
 TEST_F(WriterTest, EmptyStringListsAreLeftOutFullOnesWritten) {
   TTestControl control(nullptr);
   EXPECT_EQ(WriteComponentToText(&control).find("Items"), std::string::npos);
