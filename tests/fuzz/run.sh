@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs each converter fuzzer for the given seconds on seeds made from the real form
+# Runs each fuzzer (the converters and the component reader) for the given seconds on seeds made from the real form
 # files (../shared/corpus beside the checkout). Exits non-zero when a fuzzer fails.
 # Usage: tests/fuzz/run.sh <folder with the fuzz binaries> <seconds>
 set -uo pipefail
@@ -27,9 +27,10 @@ seed() {
 }
 seed binary_to_text 'bin/*' 'pairs/*.bin.dfm' 'broken/*'
 seed text_to_binary 'text/*' 'pairs/*.txt.dfm'
+seed reader 'bin/*' 'pairs/*.bin.dfm'
 
 status=0
-for name in binary_to_text text_to_binary; do
+for name in binary_to_text text_to_binary reader; do
   fuzzer="$bin_dir/fuzz_$name"
   if [ ! -x "$fuzzer" ]; then
     echo "fuzz: $fuzzer is missing"

@@ -1,5 +1,4 @@
-// Build (clang): the streaming and component model sources, tests/platform/rtti/TestClasses.cpp
-// and this file with -fsanitize=fuzzer,address,undefined; seeds: binary forms.
+// Reads any bytes as a form into live components of the test classes.
 // Any bytes read as a form into live components give components or a runtime error,
 // never a crash or a hang; whatever was read writes out and reads back.
 
