@@ -4,6 +4,7 @@
 
 #include <iostream>
 #include <memory>
+#include <unordered_map>
 
 TShowErrorProc ShowErrorHook;
 TShowErrorProc DefaultErrorBox;
@@ -13,6 +14,8 @@ namespace {
 struct TUnitState {
   TjoOnIdleChain* Chain = nullptr;
   TStringList* Errors = nullptr;
+  // Where each queued text is, so that a long queue is not searched line by line.
+  std::unordered_map<std::string, int> ErrorIndex;
   // The class descriptors are made first, so that they are still there when this ends.
   TUnitState() {
     TjoOnIdleChain::StaticClass();
@@ -76,11 +79,20 @@ int DeferError(const std::string& Text) {
   TUnitState& s = State();
   if (!s.Errors) {
     s.Errors = new TStringList();
+    s.ErrorIndex.clear();
     RegisterIdle(MakeProc<&ShowDeferredErrors>(), 0, 0);
   }
-  for (int i = 0; i < s.Errors->Count(); ++i)
-    if (s.Errors->Strings(i) == Text) return i;
-  return s.Errors->AddObject(Text, reinterpret_cast<TObject*>(std::intptr_t(jecDeferredError)));
+  // The queue is public: when it was changed behind our back, the index is made again.
+  if (int(s.ErrorIndex.size()) != s.Errors->Count()) {
+    s.ErrorIndex.clear();
+    for (int i = 0; i < s.Errors->Count(); ++i) s.ErrorIndex.emplace(s.Errors->Strings(i), i);
+  }
+  if (auto it = s.ErrorIndex.find(Text); it != s.ErrorIndex.end() && it->second < s.Errors->Count() &&
+                                         s.Errors->Strings(it->second) == Text)
+    return it->second;
+  int index = s.Errors->AddObject(Text, reinterpret_cast<TObject*>(std::intptr_t(jecDeferredError)));
+  s.ErrorIndex[Text] = index;
+  return index;
 }
 
 void DeferException(const std::exception& Error) {
@@ -115,6 +127,7 @@ void ShowDeferredErrors(std::intptr_t) {
   }
   // Emptied first: whatever goes wrong while showing is queued for the next report.
   errors->Clear();
+  State().ErrorIndex.clear();
   if (ShowErrorHook)
     ShowErrorHook(text);
   else if (DefaultErrorBox)
@@ -128,6 +141,7 @@ void FinalizeApEvent() {
   UnregisterIdle(MakeProc<&ShowDeferredErrors>(), 0);
   delete s.Errors;
   s.Errors = nullptr;
+  s.ErrorIndex.clear();
   TjoOnIdleChain* chain = s.Chain;
   s.Chain = nullptr;
   delete chain;

@@ -213,3 +213,19 @@ TEST_F(ApEventTest, FinalizingLeavesNothing) {
   DoApplicationIdle();  // harmless
   ShowDeferredErrors(0);
 }
+
+TEST_F(ApEventTest, AQueueChangedFromOutsideStillKeepsEachTextOnce) {
+  CatchReports();
+  DeferError("a");
+  DeferError("b");
+  DeferredErrors()->Delete(0);
+  EXPECT_EQ(DeferError("b"), 0);
+  EXPECT_EQ(DeferError("a"), 1);
+  DeferredErrors()->Clear();
+  EXPECT_EQ(DeferError("b"), 0);
+  for (int i = 0; i < 5000; ++i) DeferError("error " + std::to_string(i % 2500));
+  EXPECT_EQ(DeferredErrors()->Count(), 2501);
+  DoApplicationIdle();
+  ASSERT_EQ(Shown.size(), 1u);
+  EXPECT_EQ(Shown[0].substr(0, 10), "b\nerror 0\n");
+}
