@@ -138,6 +138,44 @@ QString AnsiToUnicode(std::string_view bytes, TFontCharset charset) {
   return result;
 }
 
+namespace {
+// Whether the bytes are UTF-8 with at least one character beyond ASCII.
+bool IsMultiByteUtf8(std::string_view s) {
+  bool multi = false;
+  size_t i = 0;
+  while (i < s.size()) {
+    const unsigned char c = static_cast<unsigned char>(s[i]);
+    if (c < 0x80) {
+      ++i;
+      continue;
+    }
+    int n = 0;
+    if (c >= 0xC2 && c <= 0xDF) {
+      n = 1;
+    } else if (c >= 0xE0 && c <= 0xEF) {
+      n = 2;
+    } else if (c >= 0xF0 && c <= 0xF4) {
+      n = 3;
+    } else {
+      return false;
+    }
+    for (int k = 1; k <= n; ++k) {
+      if (i + k >= s.size()) return false;
+      const unsigned char t = static_cast<unsigned char>(s[i + k]);
+      if (t < 0x80 || t > 0xBF) return false;
+    }
+    multi = true;
+    i += n + 1;
+  }
+  return multi;
+}
+}  // namespace
+
+QString TextToUnicode(std::string_view bytes, TFontCharset charset) {
+  if (IsMultiByteUtf8(bytes)) return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+  return AnsiToUnicode(bytes, charset);
+}
+
 std::string UnicodeToAnsi(const QString& text, TFontCharset charset) {
   std::string result;
   if (text.isEmpty()) return result;

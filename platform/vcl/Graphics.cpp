@@ -1,7 +1,11 @@
 #include "platform/vcl/Graphics.h"
 
+#include "platform/streaming/Streams.h"
 #include "platform/streaming/SysUtils.h"
+#include "platform/vcl/GraphicData.h"
+#include "platform/vcl/Types.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFontDatabase>
 #include <QFontMetrics>
@@ -357,4 +361,432 @@ int FontCellHeight(const QFont& font) {
   if (!IsBitmapFamily(font.family()) && WindowsCellMetrics(font, a, d)) return a + d;
   const QFontMetrics m(font);
   return m.ascent() + m.descent();
+}
+
+// ---------------------------------------------------------------------------------------
+// Graphics objects
+
+namespace {
+struct RegisterColourNames {
+  RegisterColourNames() {
+    RegisterIntegerConsts(TypeInfo<TColor>(), &IdentToColor, &ColorToIdent);
+    RegisterIntegerConsts(TypeInfo<TFontCharset>(), &IdentToCharset, &CharsetToIdent);
+  }
+} gRegisterColourNames;
+}  // namespace
+
+LUMORA_CLASS_IMPL(TGraphicsObject) {}
+
+void TGraphicsObject::Changed() {
+  if (OnChange) OnChange(this);
+}
+
+LUMORA_CLASS_IMPL(TFont) {
+  c.Property("Charset", &TFont::Charset, &TFont::SetCharset);
+  c.Property("Color", &TFont::Color, &TFont::SetColor);
+  c.Property("Height", &TFont::Height, &TFont::SetHeight);
+  c.Property("Name", &TFont::Name, &TFont::SetName);
+  c.Property("Pitch", &TFont::Pitch, &TFont::SetPitch).Default(fpDefault);
+  c.Property("Size", &TFont::Size, &TFont::SetSize).Stored(false);
+  c.Property("Style", &TFont::Style, &TFont::SetStyle);
+}
+
+TFont::TFont() = default;
+
+void TFont::Changed() {
+  FHandleValid = false;
+  TGraphicsObject::Changed();
+}
+
+void TFont::Assign(TPersistent* source) {
+  if (auto* f = dynamic_cast<TFont*>(source)) {
+    if (f == this) return;
+    FCharset = f->FCharset;
+    FColor = f->FColor;
+    FName = f->FName;
+    FPitch = f->FPitch;
+    FStyle = f->FStyle;
+    // Keeps the size in points when the two fonts are for different resolutions.
+    FHeight = f->FPixelsPerInch == FPixelsPerInch ? f->FHeight : -MulDiv(f->Size(), FPixelsPerInch, 72);
+    Changed();
+    return;
+  }
+  TGraphicsObject::Assign(source);
+}
+
+void TFont::SetCharset(TFontCharset value) {
+  if (FCharset == value) return;
+  FCharset = value;
+  Changed();
+}
+
+void TFont::SetColor(TColor value) {
+  if (FColor == value) return;
+  FColor = value;
+  Changed();
+}
+
+void TFont::SetHeight(int value) {
+  if (FHeight == value) return;
+  FHeight = value;
+  Changed();
+}
+
+void TFont::SetName(const TFontName& value) {
+  if (FName == value || value.empty()) return;
+  FName = value;
+  Changed();
+}
+
+void TFont::SetPitch(TFontPitch value) {
+  if (FPitch == value) return;
+  FPitch = value;
+  Changed();
+}
+
+int TFont::Size() const { return -MulDiv(FHeight, 72, FPixelsPerInch); }
+
+void TFont::SetSize(int value) { SetHeight(-MulDiv(value, FPixelsPerInch, 72)); }
+
+void TFont::SetStyle(TFontStyles value) {
+  if (FStyle == value) return;
+  FStyle = value;
+  Changed();
+}
+
+TFontSpec TFont::Spec() const {
+  TFontSpec s;
+  s.Name = FName;
+  s.Height = FHeight;
+  s.Bold = FStyle.Contains(fsBold);
+  s.Italic = FStyle.Contains(fsItalic);
+  s.Underline = FStyle.Contains(fsUnderline);
+  s.StrikeOut = FStyle.Contains(fsStrikeOut);
+  s.Charset = FCharset;
+  return s;
+}
+
+const QFont& TFont::Handle() const {
+  if (!FHandleValid) {
+    FHandle = ResolveFont(Spec());
+    FHandleValid = true;
+  }
+  return FHandle;
+}
+
+LUMORA_CLASS_IMPL(TBrush) {
+  c.Property("Color", &TBrush::Color, &TBrush::SetColor).Default(clWhite);
+  c.Property("Style", &TBrush::Style, &TBrush::SetStyle).Default(bsSolid);
+}
+
+void TBrush::Assign(TPersistent* source) {
+  if (auto* b = dynamic_cast<TBrush*>(source)) {
+    FColor = b->FColor;
+    FStyle = b->FStyle;
+    Changed();
+    return;
+  }
+  TGraphicsObject::Assign(source);
+}
+
+void TBrush::SetColor(TColor value) {
+  if (FColor == value) return;
+  FColor = value;
+  if (FStyle == bsClear) FStyle = bsSolid;
+  Changed();
+}
+
+void TBrush::SetStyle(TBrushStyle value) {
+  if (FStyle == value) return;
+  FStyle = value;
+  Changed();
+}
+
+LUMORA_CLASS_IMPL(TPen) {
+  c.Property("Color", &TPen::Color, &TPen::SetColor).Default(clBlack);
+  c.Property("Mode", &TPen::Mode, &TPen::SetMode).Default(pmCopy);
+  c.Property("Style", &TPen::Style, &TPen::SetStyle).Default(psSolid);
+  c.Property("Width", &TPen::Width, &TPen::SetWidth).Default(1);
+}
+
+void TPen::Assign(TPersistent* source) {
+  if (auto* p = dynamic_cast<TPen*>(source)) {
+    FColor = p->FColor;
+    FMode = p->FMode;
+    FStyle = p->FStyle;
+    FWidth = p->FWidth;
+    Changed();
+    return;
+  }
+  TGraphicsObject::Assign(source);
+}
+
+void TPen::SetColor(TColor value) {
+  if (FColor == value) return;
+  FColor = value;
+  Changed();
+}
+
+void TPen::SetMode(TPenMode value) {
+  if (FMode == value) return;
+  FMode = value;
+  Changed();
+}
+
+void TPen::SetStyle(TPenStyle value) {
+  if (FStyle == value) return;
+  FStyle = value;
+  Changed();
+}
+
+void TPen::SetWidth(int value) {
+  if (FWidth == value || value < 0) return;
+  FWidth = value;
+  Changed();
+}
+
+// ---- Graphics with data
+
+namespace {
+
+std::string ReadLengthAndBytes(TStream& stream) {
+  std::uint32_t length = 0;
+  unsigned char b[4];
+  stream.ReadBuffer(b, 4);
+  length = b[0] | (b[1] << 8) | (b[2] << 16) | (static_cast<std::uint32_t>(b[3]) << 24);
+  const std::int64_t left = stream.Size() - stream.Position();
+  if (static_cast<std::int64_t>(length) > left) throw EReadError("Stream read error");
+  std::string bytes(length, '\0');
+  if (length > 0) stream.ReadBuffer(bytes.data(), length);
+  return bytes;
+}
+
+void WriteLengthAndBytes(TStream& stream, const std::string& bytes) {
+  const auto length = static_cast<std::uint32_t>(bytes.size());
+  const unsigned char b[4] = {static_cast<unsigned char>(length), static_cast<unsigned char>(length >> 8),
+                              static_cast<unsigned char>(length >> 16), static_cast<unsigned char>(length >> 24)};
+  stream.WriteBuffer(b, 4);
+  stream.WriteBuffer(bytes);
+}
+
+std::string EncodeImage(const QImage& image, const char* format) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, format);
+  return bytes.toStdString();
+}
+
+}  // namespace
+
+LUMORA_CLASS_IMPL(TGraphic) {}
+
+void TGraphic::Assign(TPersistent* source) {
+  if (auto* g = dynamic_cast<TGraphic*>(source); g && g->ClassType() == ClassType()) {
+    FBytes = g->FBytes;
+    FTransparent = g->FTransparent;
+    FImageValid = false;
+    Changed();
+    return;
+  }
+  if (!source) {
+    SetBytes({});
+    return;
+  }
+  TPersistent::Assign(source);
+}
+
+void TGraphic::Changed() {
+  if (OnChange) OnChange(this);
+}
+
+int TGraphic::Width() const { return Image().width(); }
+int TGraphic::Height() const { return Image().height(); }
+
+void TGraphic::SetTransparent(bool value) {
+  if (FTransparent == value) return;
+  FTransparent = value;
+  Changed();
+}
+
+const QImage& TGraphic::Image() const {
+  if (!FImageValid) {
+    FImage = FBytes.empty() ? QImage() : Decode();
+    FImageValid = true;
+  }
+  return FImage;
+}
+
+QImage TGraphic::Decode() const { return DecodeImageFile(FBytes); }
+
+void TGraphic::SetBytes(std::string bytes) {
+  FBytes = std::move(bytes);
+  FImageValid = false;
+  Changed();
+}
+
+void TGraphic::ReadData(TStream& stream) { SetBytes(stream.ReadRest()); }
+
+void TGraphic::WriteData(TStream& stream) { stream.WriteBuffer(FBytes); }
+
+void TGraphic::SetImage(const QImage& image) { SetBytes(EncodeImage(image, "PNG")); }
+
+void TGraphic::DefineProperties(TFiler& filer) {
+  filer.DefineBinaryProperty(
+      "Data", [this](TStream& s) { ReadData(s); }, [this](TStream& s) { WriteData(s); }, !Empty());
+}
+
+LUMORA_CLASS_IMPL(TBitmap) {}
+
+void TBitmap::ReadData(TStream& stream) { SetBytes(ReadLengthAndBytes(stream)); }
+
+void TBitmap::WriteData(TStream& stream) { WriteLengthAndBytes(stream, FBytes); }
+
+void TBitmap::SetImage(const QImage& image) { SetBytes(EncodeImage(image, "BMP")); }
+
+QImage TBitmap::Decode() const { return DecodeBitmapData(FBytes); }
+
+TColor TBitmap::TransparentColor() const {
+  if (FTransparentMode == tmFixed && FTransparentColor != clDefault) return FTransparentColor;
+  const QColor c = AutoTransparentColor(Image());
+  return c.isValid() ? QColorToColor(c) : clDefault;
+}
+
+void TBitmap::SetTransparentColor(TColor value) {
+  FTransparentColor = value;
+  FTransparentMode = value == clDefault ? tmAuto : tmFixed;
+  Changed();
+}
+
+QImage TBitmap::TransparentImage() const {
+  const TColor key = TransparentColor();
+  if (Image().isNull() || key == clDefault) return Image();
+  return WithTransparentColor(Image(), ColorToQColor(key));
+}
+
+LUMORA_CLASS_IMPL(TIcon) {}
+
+void TIcon::SetImage(const QImage& image) { SetBytes(EncodeImage(image, "ICO")); }
+
+LUMORA_CLASS_IMPL(TJPEGImage) {}
+
+void TJPEGImage::ReadData(TStream& stream) { SetBytes(ReadLengthAndBytes(stream)); }
+
+void TJPEGImage::WriteData(TStream& stream) { WriteLengthAndBytes(stream, FBytes); }
+
+void TJPEGImage::SetImage(const QImage& image) { SetBytes(EncodeImage(image, "JPEG")); }
+
+LUMORA_CLASS_IMPL(TMetafile) {}
+
+LUMORA_CLASS_IMPL(TForeignGraphic) {}
+
+namespace {
+std::vector<TClass>& GraphicClasses() {
+  static std::vector<TClass> classes = {TBitmap::StaticClass(), TIcon::StaticClass(), TMetafile::StaticClass(),
+                                        TJPEGImage::StaticClass()};
+  return classes;
+}
+}  // namespace
+
+void RegisterGraphicClass(TClass graphicClass) {
+  for (TClass c : GraphicClasses()) {
+    if (c == graphicClass) return;
+  }
+  GraphicClasses().push_back(graphicClass);
+}
+
+LUMORA_CLASS_IMPL(TPicture) {}
+
+TPicture::~TPicture() { delete FGraphic; }
+
+void TPicture::Changed() {
+  if (OnChange) OnChange(this);
+}
+
+void TPicture::TakeGraphic(TGraphic* graphic) {
+  delete FGraphic;
+  FGraphic = graphic;
+  if (FGraphic) FGraphic->OnChange = [this](TObject*) { Changed(); };
+  Changed();
+}
+
+void TPicture::SetGraphic(TGraphic* graphic) {
+  if (!graphic) {
+    TakeGraphic(nullptr);
+    return;
+  }
+  auto* copy = static_cast<TGraphic*>(graphic->ClassType()->CreateObject());
+  copy->Assign(graphic);
+  if (auto* foreign = dynamic_cast<TForeignGraphic*>(graphic)) {
+    static_cast<TForeignGraphic*>(copy)->SetGraphicClassName(foreign->GraphicClassName());
+  }
+  TakeGraphic(copy);
+}
+
+void TPicture::Assign(TPersistent* source) {
+  if (!source) {
+    TakeGraphic(nullptr);
+  } else if (auto* p = dynamic_cast<TPicture*>(source)) {
+    if (p != this) SetGraphic(p->FGraphic);
+  } else if (auto* g = dynamic_cast<TGraphic*>(source)) {
+    SetGraphic(g);
+  } else {
+    TPersistent::Assign(source);
+  }
+}
+
+TBitmap* TPicture::Bitmap() {
+  if (!dynamic_cast<TBitmap*>(FGraphic)) TakeGraphic(new TBitmap());
+  return static_cast<TBitmap*>(FGraphic);
+}
+
+TIcon* TPicture::Icon() {
+  if (!dynamic_cast<TIcon*>(FGraphic)) TakeGraphic(new TIcon());
+  return static_cast<TIcon*>(FGraphic);
+}
+
+std::string TPicture::GraphicClassName() const {
+  if (!FGraphic) return {};
+  if (auto* foreign = dynamic_cast<TForeignGraphic*>(FGraphic)) return foreign->GraphicClassName();
+  return FGraphic->ClassName();
+}
+
+void TPicture::ReadData(TStream& stream) {
+  unsigned char length = 0;
+  stream.ReadBuffer(&length, 1);
+  std::string name(length, '\0');
+  if (length > 0) stream.ReadBuffer(name.data(), length);
+  TGraphic* graphic = nullptr;
+  for (TClass c : GraphicClasses()) {
+    if (SameText(c->ClassName(), name)) {
+      graphic = static_cast<TGraphic*>(c->CreateObject());
+      break;
+    }
+  }
+  if (!graphic) {
+    auto* foreign = new TForeignGraphic();
+    foreign->SetGraphicClassName(name);
+    graphic = foreign;
+  }
+  try {
+    graphic->ReadData(stream);
+  } catch (...) {
+    delete graphic;
+    throw;
+  }
+  TakeGraphic(graphic);
+}
+
+void TPicture::WriteData(TStream& stream) {
+  const std::string name = GraphicClassName().substr(0, 255);
+  const auto length = static_cast<unsigned char>(name.size());
+  stream.WriteBuffer(&length, 1);
+  stream.WriteBuffer(name);
+  if (FGraphic) FGraphic->WriteData(stream);
+}
+
+void TPicture::DefineProperties(TFiler& filer) {
+  filer.DefineBinaryProperty(
+      "Data", [this](TStream& s) { ReadData(s); }, [this](TStream& s) { WriteData(s); },
+      FGraphic && !FGraphic->Empty());
 }

@@ -130,12 +130,20 @@ bool TMessageLoop::HandleKey(QObject* receiver, QKeyEvent* event) {
   return handled;
 }
 
+bool TMessageLoop::SendUnfiltered(QObject* receiver, QEvent* event) {
+  ++FBypass;
+  const bool result = QCoreApplication::sendEvent(receiver, event);
+  --FBypass;
+  return result;
+}
+
 bool TMessageLoop::eventFilter(QObject* watched, QEvent* event) {
+  if (FBypass > 0) return false;
   const QEvent::Type type = event->type();
-  if (type == TMessageEvent::EventType()) {
+  if (type == TPostedMessageEvent::EventType()) {
     bool taken = false;
     Guarded([&] {
-      if (OnWindowMessage) taken = OnWindowMessage(watched, static_cast<TMessageEvent*>(event)->Message);
+      if (OnWindowMessage) taken = OnWindowMessage(watched, static_cast<TPostedMessageEvent*>(event)->Message);
     });
     return taken;
   }

@@ -57,6 +57,9 @@ public:
   // state of key data.
   Qt::KeyboardModifiers KeyModifiers() const { return FKeyModifiers; }
 
+  // Sends `event` to `receiver` past every hook (an event the program made itself).
+  bool SendUnfiltered(QObject* receiver, QEvent* event);
+
   // Number of idle passes so far.
   long long IdleCount() const { return FIdleCount; }
 
@@ -70,6 +73,7 @@ private:
   bool HandleKey(QObject* receiver, QKeyEvent* event);
 
   bool FInIdle = false;
+  int FBypass = 0;
   long long FIdleCount = 0;
   Qt::KeyboardModifiers FKeyModifiers;
   const QEvent* FLastKey = nullptr;

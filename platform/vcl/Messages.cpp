@@ -2,7 +2,7 @@
 
 #include <QCoreApplication>
 
-QEvent::Type TMessageEvent::EventType() {
+QEvent::Type TPostedMessageEvent::EventType() {
   static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
   return type;
 }
@@ -13,7 +13,7 @@ bool PostMessage(QObject* target, std::uint32_t msg, WPARAM wParam, LPARAM lPara
   m.Msg = msg;
   m.WParam = wParam;
   m.LParam = lParam;
-  QCoreApplication::postEvent(target, new TMessageEvent(m));
+  QCoreApplication::postEvent(target, new TPostedMessageEvent(m));
   return true;
 }
 
@@ -23,7 +23,7 @@ LRESULT SendMessage(QObject* target, std::uint32_t msg, WPARAM wParam, LPARAM lP
   m.Msg = msg;
   m.WParam = wParam;
   m.LParam = lParam;
-  TMessageEvent event(m);
+  TPostedMessageEvent event(m);
   QCoreApplication::sendEvent(target, &event);
   return event.Message.Result;
 }

@@ -115,9 +115,9 @@ constexpr TModalResult mrNoToAll = mrAll + 1;
 constexpr TModalResult mrYesToAll = mrNoToAll + 1;
 
 // The Qt event that carries a posted or sent message.
-class TMessageEvent : public QEvent {
+class TPostedMessageEvent : public QEvent {
 public:
-  explicit TMessageEvent(const TMessage& message) : QEvent(EventType()), Message(message) {}
+  explicit TPostedMessageEvent(const TMessage& message) : QEvent(EventType()), Message(message) {}
   static QEvent::Type EventType();
   TMessage Message;
 };

@@ -59,7 +59,7 @@ std::string ShortCutToText(TShortCut shortCut) {
 }
 
 TShortCut TextToShortCut(std::string_view text) {
-  TShortCut modifiers = 0;
+  int modifiers = 0;
   for (;;) {
     if (TakePrefix(text, kShift)) {
       modifiers |= scShift;
@@ -71,12 +71,12 @@ TShortCut TextToShortCut(std::string_view text) {
       break;
     }
   }
-  if (text.empty()) return 0;
+  if (text.empty()) return scNone;
   for (int key = 0x08; key <= 0xFF; ++key) {
     const std::string name = KeyToText(key);
     if (!name.empty() && SameText(name, text)) return MakeShortCut(key, modifiers);
   }
-  return 0;
+  return scNone;
 }
 
 QKeySequence ShortCutToKeySequence(TShortCut shortCut) {
@@ -93,8 +93,8 @@ QKeySequence ShortCutToKeySequence(TShortCut shortCut) {
 
 TShortCut ShortCutFromQt(int qtKey, Qt::KeyboardModifiers modifiers) {
   const int vk = VirtualKeyFromQt(qtKey, modifiers);
-  if (vk == 0) return 0;
-  TShortCut bits = 0;
+  if (vk == 0) return scNone;
+  int bits = 0;
   if (modifiers & Qt::ShiftModifier) bits |= scShift;
   if (modifiers & Qt::ControlModifier) bits |= scCtrl;
   if (modifiers & Qt::AltModifier) bits |= scAlt;

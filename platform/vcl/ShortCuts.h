@@ -2,21 +2,23 @@
 // Menu shortcuts as 16-bit values: the virtual key in the low byte, 0x2000 Shift,
 // 0x4000 Ctrl, 0x8000 Alt. Their text is what menus show ("Ctrl+C", "Shift+Del", "F12").
 
+#include "platform/vcl/IntTypes.h"
+
 #include <QKeySequence>
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-using TShortCut = std::uint16_t;
+LUMORA_INTEGER_TYPE(TShortCut, std::uint16_t, otUWord, 0, 65535)
 
-constexpr TShortCut scShift = 0x2000;
-constexpr TShortCut scCtrl = 0x4000;
-constexpr TShortCut scAlt = 0x8000;
-constexpr TShortCut scNone = 0;
+constexpr int scShift = 0x2000;
+constexpr int scCtrl = 0x4000;
+constexpr int scAlt = 0x8000;
+constexpr TShortCut scNone = TShortCut(0);
 
 // A shortcut from a virtual key and the modifier bits above.
-constexpr TShortCut MakeShortCut(int key, TShortCut modifiers) {
+constexpr TShortCut MakeShortCut(int key, int modifiers) {
   return static_cast<TShortCut>((key & 0xFF) | (modifiers & (scShift | scCtrl | scAlt)));
 }
 

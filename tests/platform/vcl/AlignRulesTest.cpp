@@ -1,5 +1,7 @@
 #include "platform/vcl/AlignRules.h"
 
+#include "tests/platform/vcl/VclTestUtil.h"
+
 #include <gtest/gtest.h>
 
 namespace {

@@ -19,7 +19,7 @@ TEST(Charsets, CodePagesOfTheCommonCharsets) {
   EXPECT_EQ(CharsetToCodePage(CHINESEBIG5_CHARSET), 950);
   EXPECT_EQ(CharsetToCodePage(SHIFTJIS_CHARSET), 932);
   EXPECT_EQ(CharsetToCodePage(GREEK_CHARSET), 1253);
-  EXPECT_EQ(CharsetToCodePage(123), 1252);
+  EXPECT_EQ(CharsetToCodePage(TFontCharset(123)), 1252);
 }
 
 TEST(Charsets, WesternBytesShowAsTheirCharacters) {

@@ -12,7 +12,7 @@ TEST(Colors, SystemColoursResolveToTheClassicScheme) {
   EXPECT_EQ(ColorToRGB(clBtnShadow), 0x808080u);
   EXPECT_EQ(ColorToRGB(clInfoBk), 0xE1FFFFu);
   EXPECT_EQ(ColorToRGB(clRed), 0x0000FFu);
-  EXPECT_EQ(ColorToRGB(0x00123456), 0x123456u);
+  EXPECT_EQ(ColorToRGB(TColor(0x00123456)), 0x123456u);
   EXPECT_EQ(static_cast<std::uint32_t>(clBtnFace), 0x8000000Fu);
 }
 
@@ -20,7 +20,7 @@ TEST(Colors, QtColoursHaveRedGreenBlueInTheRightPlaces) {
   EXPECT_EQ(ColorToQColor(clRed), QColor(255, 0, 0));
   EXPECT_EQ(ColorToQColor(clNavy), QColor(0, 0, 128));
   EXPECT_EQ(ColorToQColor(clBtnFace), QColor(0xD4, 0xD0, 0xC8));
-  EXPECT_EQ(ColorToQColor(0x00804020), QColor(0x20, 0x40, 0x80));
+  EXPECT_EQ(ColorToQColor(TColor(0x00804020)), QColor(0x20, 0x40, 0x80));
   EXPECT_EQ(QColorToColor(QColor(0x20, 0x40, 0x80)), 0x00804020);
   EXPECT_EQ(ColorToQColor(clNone), QColor(255, 255, 255));
 }
@@ -30,8 +30,8 @@ TEST(Colors, NamesAndHexText) {
   EXPECT_EQ(ColorToString(clBtnFace), "clBtnFace");
   EXPECT_EQ(ColorToString(clNone), "clNone");
   EXPECT_EQ(ColorToString(clSilver), "clSilver");  // clLtGray has the same value
-  EXPECT_EQ(ColorToString(0x00FF8000), "$00FF8000");
-  EXPECT_EQ(ColorToString(0x00C0DCC0), "$00C0DCC0");  // later versions' clMoneyGreen is not written
+  EXPECT_EQ(ColorToString(TColor(0x00FF8000)), "$00FF8000");
+  EXPECT_EQ(ColorToString(TColor(0x00C0DCC0)), "$00C0DCC0");  // later versions' clMoneyGreen is not written
   EXPECT_EQ(StringToColor("clWindow"), clWindow);
   EXPECT_EQ(StringToColor("clwindowtext"), clWindowText);
   EXPECT_EQ(StringToColor("$00FF8000"), 0x00FF8000);

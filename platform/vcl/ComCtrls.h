@@ -1,0 +1,346 @@
+#pragma once
+// The common controls: tab controls and page controls, status bars, tree views, rich
+// edits, list views, tool bars, progress bars, track bars, up-down buttons, header
+// controls, date-time pickers, animations, hot keys and cool bars. Each publishes what
+// its Delphi 4 counterpart publishes, with the same defaults, and streams the data its
+// counterpart streams itself (tree nodes and list items as binary Data).
+//
+// Controls whose look depends on the classic metrics (tabs, status panels, tool bars,
+// headers) paint themselves; the others stand on a Qt widget of their kind (tree
+// widget, text edit, progress bar, slider, ...).
+
+#include "platform/rtti/Classes.h"
+#include "platform/vcl/Controls.h"
+#include "platform/vcl/ImgList.h"
+#include "platform/vcl/Menus.h"
+#include "platform/vcl/StdCtrls.h"
+
+#include <QPointer>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class QTextDocument;
+class QTextEdit;
+class QTreeWidget;
+class QTreeWidgetItem;
+class QTreeWidget;
+class QProgressBar;
+class QSlider;
+class QDateTimeEdit;
+
+class TCustomTabControl;
+class TPageControl;
+class TTabSheet;
+class TStatusBar;
+class TStatusPanel;
+class TCustomTreeView;
+class TTreeNode;
+class TTreeNodes;
+class TCustomListView;
+class TListItem;
+class TListColumn;
+class TToolBar;
+class TToolButton;
+class THeaderControl;
+class THeaderSection;
+class TCoolBar;
+
+// ---------------------------------------------------------------------------------------
+// Tab controls and page controls
+
+LUMORA_ENUM(TTabPosition, tpTop, tpBottom, tpLeft, tpRight)
+LUMORA_ENUM(TTabStyle, tsTabs, tsButtons, tsFlatButtons)
+LUMORA_EVENT(TTabChangingEvent, void(TObject* Sender, bool& AllowChange))
+LUMORA_EVENT(TDrawTabEvent, void(TCustomTabControl* Control, int TabIndex, TRect Rect, bool Active))
+LUMORA_EVENT(TTabGetImageEvent, void(TObject* Sender, int TabIndex, int& ImageIndex))
+
+// A row of tabs above (or beside) a display area. The tabs are painted in the classic
+// manner; a click on a tab selects it (OnChanging may refuse, OnChange follows).
+class TCustomTabControl : public TWinControl {
+  LUMORA_CLASS(TCustomTabControl, TWinControl)
+public:
+  explicit TCustomTabControl(TComponent* owner);
+  ~TCustomTabControl() override;
+
+  TStrings* Tabs() const { return FTabs; }
+  void SetTabs(TStrings* value) { FTabs->Assign(value); }
+  // The selected tab (-1 for none); setting it raises no event.
+  int TabIndex() const { return FTabIndex; }
+  virtual void SetTabIndex(int value);
+  TCustomImageList* Images() const { return FImages; }
+  void SetImages(TCustomImageList* value);
+  bool HotTrack() const { return FHotTrack; }
+  void SetHotTrack(bool value) { FHotTrack = value; }
+  bool MultiLine() const { return FMultiLine; }
+  void SetMultiLine(bool value);
+  bool MultiSelect() const { return FMultiSelect; }
+  void SetMultiSelect(bool value) { FMultiSelect = value; }
+  bool OwnerDraw() const { return FOwnerDraw; }
+  void SetOwnerDraw(bool value);
+  bool RaggedRight() const { return FRaggedRight; }
+  void SetRaggedRight(bool value);
+  bool ScrollOpposite() const { return FScrollOpposite; }
+  void SetScrollOpposite(bool value) { FScrollOpposite = value; }
+  TTabStyle Style() const { return FStyle; }
+  void SetStyle(TTabStyle value);
+  short TabHeight() const { return FTabHeight; }
+  void SetTabHeight(short value);
+  TTabPosition TabPosition() const { return FTabPosition; }
+  void SetTabPosition(TTabPosition value);
+  short TabWidth() const { return FTabWidth; }
+  void SetTabWidth(short value);
+
+  // Where the pages go, in the control's coordinates.
+  TRect DisplayRect() const;
+  // The rectangle of tab `index` in the control's coordinates (empty outside the range).
+  TRect TabRect(int index) const;
+  // The tab at a point of the control, or -1.
+  int IndexOfTabAt(int x, int y) const;
+  // The number of tab rows.
+  int RowCount() const;
+
+  TNotifyEvent OnChange;
+  TTabChangingEvent OnChanging;
+  TDrawTabEvent OnDrawTab;
+  TTabGetImageEvent OnGetImageIndex;
+
+  void AdjustClientRect(TRect& rect) const override;
+  void Paint(QPainter& painter) override;
+  bool WidgetEvent(QObject* watched, QEvent* event) override;
+  void KeyDown(Word& key, TShiftState shift) override;
+  void Notification(TComponent* component, TOperation operation) override;
+  void CreateWidget() override;
+
+protected:
+  // OnChanging's answer to leaving the selected tab.
+  virtual bool CanChange();
+  // The selection changed through the user: raises OnChange.
+  virtual void Change();
+  // The image shown on tab `tabIndex` (the tab's index; OnGetImageIndex may change it).
+  virtual int GetImageIndex(int tabIndex);
+  // The user picked tab `index`: asks CanChange, selects it and raises Change.
+  void SelectTabByUser(int index);
+  // The tabs changed: lay them out and realign the pages.
+  void TabsChanged();
+  void FontChanged() override;
+  void Resize() override;
+
+  TStringList* FTabs;
+  int FTabIndex = -1;
+
+private:
+  struct TTabLayout {
+    std::vector<TRect> Tabs;  // in the control's coordinates, before the selected row moves
+    std::vector<int> Row;     // the row of each tab
+    int Rows = 1;
+    int RowHeight = 0;
+  };
+  // The size of the strip the tabs need, given the current tabs, font and width.
+  TTabLayout Layout() const;
+  int TabRowHeight() const;
+  bool Buttons() const { return FStyle != tsTabs; }
+  bool Vertical() const { return FTabPosition == tpLeft || FTabPosition == tpRight; }
+
+  TCustomImageList* FImages = nullptr;
+  bool FHotTrack = false;
+  bool FMultiLine = false;
+  bool FMultiSelect = false;
+  bool FOwnerDraw = false;
+  bool FRaggedRight = false;
+  bool FScrollOpposite = false;
+  TTabStyle FStyle = tsTabs;
+  short FTabHeight = 0;
+  TTabPosition FTabPosition = tpTop;
+  short FTabWidth = 0;
+  bool FUpdatingTabs = false;
+};
+
+class TTabControl : public TCustomTabControl {
+  LUMORA_CLASS(TTabControl, TCustomTabControl)
+public:
+  explicit TTabControl(TComponent* owner) : TCustomTabControl(owner) {}
+};
+
+// One page of a page control; its tab shows its Caption.
+class TTabSheet : public TWinControl {
+  LUMORA_CLASS(TTabSheet, TWinControl)
+public:
+  explicit TTabSheet(TComponent* owner);
+  ~TTabSheet() override;
+
+  TPageControl* PageControl() const { return FPageControl; }
+  void SetPageControl(TPageControl* value);
+  // The position among the pages of the page control (-1 without one).
+  int PageIndex() const;
+  void SetPageIndex(int value);
+  // The index of the page's tab among the visible tabs (-1 when its tab is hidden).
+  int TabIndex() const;
+  bool TabVisible() const { return FTabVisible; }
+  void SetTabVisible(bool value);
+  int ImageIndex() const { return FImageIndex; }
+  void SetImageIndex(int value);
+
+  TNotifyEvent OnShow;
+  TNotifyEvent OnHide;
+
+  void SetParent(TWinControl* parent) override;
+  void Paint(QPainter& painter) override;
+  void CreateWidget() override;
+
+protected:
+  friend class TPageControl;
+  void TextChanged() override;
+  void DoShow();
+  void DoHide();
+
+private:
+  TPageControl* FPageControl = nullptr;
+  bool FTabVisible = true;
+  int FImageIndex = 0;
+};
+
+// Pages (tab sheets) with a tab each; the active page shows.
+class TPageControl : public TCustomTabControl {
+  LUMORA_CLASS(TPageControl, TCustomTabControl)
+public:
+  explicit TPageControl(TComponent* owner);
+  ~TPageControl() override;
+
+  int PageCount() const { return static_cast<int>(FPages.size()); }
+  // The page at `index`; EListError outside the range.
+  TTabSheet* Pages(int index) const;
+  TTabSheet* ActivePage() const { return FActivePage; }
+  void SetActivePage(TTabSheet* page);
+  int ActivePageIndex() const;
+  void SetActivePageIndex(int value);
+  // The next (or previous) page after `current`, wrapping around; with `checkTabVisible`
+  // only pages whose tab shows count. None when there is none.
+  TTabSheet* FindNextPage(TTabSheet* current, bool goForward, bool checkTabVisible) const;
+  // Activates the next page as a click on its tab would (OnChanging may refuse).
+  void SelectNextPage(bool goForward);
+
+  void SetTabIndex(int value) override;
+  void GetChildren(const TGetChildProc& proc, TComponent* root) override;
+  void SetChildOrder(TComponent* child, int order) override;
+  void Loaded() override;
+
+protected:
+  friend class TTabSheet;
+  void Change() override;
+  int GetImageIndex(int tabIndex) override;
+  void InsertPage(TTabSheet* page);
+  void RemovePage(TTabSheet* page);
+  void MovePage(TTabSheet* page, int index);
+  // Rebuilds the tabs from the pages whose tab shows.
+  void UpdateTabs();
+  void ChangeActivePage(TTabSheet* page);
+
+private:
+  std::vector<TTabSheet*> FPages;
+  TTabSheet* FActivePage = nullptr;
+};
+
+// ---------------------------------------------------------------------------------------
+// Status bars
+
+LUMORA_ENUM(TStatusPanelStyle, psText, psOwnerDraw)
+LUMORA_ENUM(TStatusPanelBevel, pbNone, pbLowered, pbRaised)
+LUMORA_EVENT(TDrawPanelEvent, void(TStatusBar* StatusBar, TStatusPanel* Panel, TRect Rect))
+
+class TStatusPanel : public TCollectionItem {
+  LUMORA_CLASS(TStatusPanel, TCollectionItem)
+public:
+  explicit TStatusPanel(TCollection* collection);
+  void Assign(TPersistent* source) override;
+
+  TAlignment Alignment() const { return FAlignment; }
+  void SetAlignment(TAlignment value);
+  TStatusPanelBevel Bevel() const { return FBevel; }
+  void SetBevel(TStatusPanelBevel value);
+  TBiDiMode BiDiMode() const { return FBiDiMode; }
+  void SetBiDiMode(TBiDiMode value);
+  bool ParentBiDiMode() const { return FParentBiDiMode; }
+  void SetParentBiDiMode(bool value);
+  bool IsBiDiModeStored() const { return !FParentBiDiMode; }
+  TStatusPanelStyle Style() const { return FStyle; }
+  void SetStyle(TStatusPanelStyle value);
+  const std::string& Text() const { return FText; }
+  void SetText(const std::string& value);
+  int Width() const { return FWidth; }
+  void SetWidth(int value);
+
+protected:
+  std::string GetDisplayName() const override;
+
+private:
+  TAlignment FAlignment = taLeftJustify;
+  TStatusPanelBevel FBevel = pbLowered;
+  TBiDiMode FBiDiMode = bdLeftToRight;
+  bool FParentBiDiMode = true;
+  TStatusPanelStyle FStyle = psText;
+  std::string FText;
+  int FWidth = 50;
+};
+
+class TStatusPanels : public TCollection {
+  LUMORA_CLASS(TStatusPanels, TCollection)
+public:
+  explicit TStatusPanels(TStatusBar* statusBar);
+  TStatusPanel* Add() { return static_cast<TStatusPanel*>(TCollection::Add()); }
+  TStatusPanel* Items(int index) const { return static_cast<TStatusPanel*>(TCollection::Items(index)); }
+  TPersistent* GetOwner() override;
+
+protected:
+  void Update(TCollectionItem* item) override;
+
+private:
+  TStatusBar* FStatusBar;
+};
+
+// A bar of panels along the bottom of a form. Each panel shows its text inside a bevel;
+// the last one stretches to the bar's end; with SimplePanel one text fills the bar.
+class TStatusBar : public TWinControl {
+  LUMORA_CLASS(TStatusBar, TWinControl)
+public:
+  explicit TStatusBar(TComponent* owner);
+  ~TStatusBar() override;
+
+  TStatusPanels* Panels() const { return FPanels; }
+  void SetPanels(TStatusPanels* value) { FPanels->Assign(value); }
+  bool SimplePanel() const { return FSimplePanel; }
+  void SetSimplePanel(bool value);
+  const std::string& SimpleText() const { return FSimpleText; }
+  void SetSimpleText(const std::string& value);
+  bool SizeGrip() const { return FSizeGrip; }
+  void SetSizeGrip(bool value);
+  bool AutoHint() const { return FAutoHint; }
+  void SetAutoHint(bool value) { FAutoHint = value; }
+  bool UseSystemFont() const { return FUseSystemFont; }
+  void SetUseSystemFont(bool value) { FUseSystemFont = value; }
+
+  // Where panel `index` is drawn (its bevel included), in the bar's coordinates.
+  TRect PanelRect(int index) const;
+  // Whether the size grip shows (a sizeable form and SizeGrip).
+  bool GripShowing() const;
+
+  TDrawPanelEvent OnDrawPanel;
+  TNotifyEvent OnHint;
+
+  void Paint(QPainter& painter) override;
+  void CreateWidget() override;
+  // Panel changes repaint the bar.
+  void PanelsChanged();
+
+private:
+  TStatusPanels* FPanels;
+  bool FSimplePanel = false;
+  std::string FSimpleText;
+  bool FSizeGrip = true;
+  bool FAutoHint = false;
+  bool FUseSystemFont = true;
+};
+
+// Registers the classes of this unit.
+void RegisterComCtrlsClasses();

@@ -1,0 +1,38 @@
+#pragma once
+// The Qt widgets behind controls that paint themselves, and the event filter that turns
+// a widget's input into its control's messages. Internal to the controls layer.
+
+#include <QObject>
+#include <QWidget>
+
+class TControl;
+
+// Hands the events of a control's widgets to the control.
+class TWidgetBridge : public QObject {
+public:
+  explicit TWidgetBridge(TControl* control) : FControl(control) {}
+  // Watches `widget` too (an inner part of a compound widget).
+  void Watch(QWidget* widget);
+  // Forgets the control (it is being destroyed).
+  void Detach() { FControl = nullptr; }
+
+protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+  TControl* FControl;
+};
+
+// The widget of a control that paints itself: paints through TControl::Paint.
+class TPaintedWidget : public QWidget {
+public:
+  TPaintedWidget(TControl* control, bool opaque);
+  void Detach() { FControl = nullptr; }
+  TControl* Control() const { return FControl; }
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+
+private:
+  TControl* FControl;
+};

@@ -1,0 +1,535 @@
+#pragma once
+// Forms, scroll boxes and frames; the application object over Qt's event loop; the
+// screen. A form is a top-level Qt window whose inner widget is its client area (below
+// the menu bar); its Width and Height include the classic window frame and caption, as
+// the form's stream gives them, so ClientWidth and ClientHeight come out as designed.
+
+#include "platform/rtti/Classes.h"
+#include "platform/vcl/ActnList.h"
+#include "platform/vcl/Controls.h"
+#include "platform/vcl/Graphics.h"
+#include "platform/vcl/Menus.h"
+#include "platform/vcl/Messages.h"
+
+#include <QMenuBar>
+#include <QPointer>
+
+#include <string>
+#include <vector>
+
+class QEventLoop;
+class QMenuBar;
+class QWidget;
+class TFormWidget;
+class TApplication;
+class TScreen;
+
+LUMORA_ENUM(TBorderIcon, biSystemMenu, biMinimize, biMaximize, biHelp)
+LUMORA_SET(TBorderIcons, TBorderIcon)
+LUMORA_ENUM(TPosition, poDesigned, poDefault, poDefaultPosOnly, poDefaultSizeOnly, poScreenCenter, poDesktopCenter,
+            poMainFormCenter, poOwnerFormCenter)
+LUMORA_ENUM(TWindowState, wsNormal, wsMinimized, wsMaximized)
+LUMORA_ENUM(TFormStyle, fsNormal, fsMDIChild, fsMDIForm, fsStayOnTop)
+LUMORA_ENUM(TPrintScale, poNone, poProportional, poPrintToFit)
+LUMORA_ENUM(TDefaultMonitor, dmDesktop, dmPrimary, dmMainForm, dmActiveForm)
+LUMORA_ENUM(TScrollBarStyle, ssRegular, ssFlat, ssHotTrack)
+
+// A key message as a form's shortcut handler sees it.
+struct TWMKey {
+  std::uint32_t Msg = WM_KEYDOWN;
+  Word CharCode = 0;
+  LPARAM KeyData = 0;
+  LRESULT Result = 0;
+};
+
+LUMORA_EVENT(TShortCutEvent, void(TWMKey& Msg, bool& Handled))
+// (Sender, var Done) has the shape of a close query.
+using TIdleEvent = TCloseQueryEvent;
+LUMORA_EVENT(TMessageEvent, void(TMsg& Msg, bool& Handled))
+LUMORA_EVENT(TExceptionEvent, void(TObject* Sender, Exception* E))
+using TShowHintEvent = THintEvent;
+
+// Private messages the controls layer posts to itself.
+constexpr std::uint32_t CM_BASE = 0xB000;
+constexpr std::uint32_t CM_RELEASE = CM_BASE + 33;
+
+// What a form designer does with the form it designs.
+class IDesignerNotify {
+public:
+  virtual ~IDesignerNotify() = default;
+  virtual void Modified() = 0;
+  virtual void Notification(TPersistent* component, TOperation operation) = 0;
+};
+
+class IDesigner : public IDesignerNotify {
+public:
+  virtual TCustomForm* GetCustomForm() = 0;
+  virtual void SetCustomForm(TCustomForm* form) = 0;
+  virtual bool GetIsControl() = 0;
+  virtual void SetIsControl(bool value) = 0;
+  // Whether the designer takes `message` of `sender` (a control of its form); a message
+  // taken goes no further.
+  virtual bool IsDesignMsg(TControl* sender, TMessage& message) = 0;
+  virtual void PaintGrid() = 0;
+  virtual void ValidateRename(TComponent* component, const std::string& currentName, const std::string& newName) = 0;
+};
+
+// A scroll bar of a form or scroll box.
+class TControlScrollBar : public TPersistent {
+  LUMORA_CLASS(TControlScrollBar, TPersistent)
+public:
+  TControlScrollBar(TWinControl* control = nullptr, TScrollBarKind kind = sbHorizontal)
+      : FControl(control), FKind(kind) {}
+  void Assign(TPersistent* source) override;
+  TScrollBarKind Kind() const { return FKind; }
+  int ButtonSize() const { return FButtonSize; }
+  void SetButtonSize(int value) { FButtonSize = value; }
+  TColor Color() const { return FColor; }
+  void SetColor(TColor value) { FColor = value; }
+  int Increment() const { return FIncrement; }
+  void SetIncrement(int value) { FIncrement = value; }
+  int Margin() const { return FMargin; }
+  void SetMargin(int value) { FMargin = value; }
+  bool ParentColor() const { return FParentColor; }
+  void SetParentColor(bool value) { FParentColor = value; }
+  int Position() const { return FPosition; }
+  void SetPosition(int value);
+  int Range() const { return FRange; }
+  void SetRange(int value);
+  int Size() const { return FSize; }
+  void SetSize(int value) { FSize = value; }
+  TScrollBarStyle Style() const { return FStyle; }
+  void SetStyle(TScrollBarStyle value) { FStyle = value; }
+  int ThumbSize() const { return FThumbSize; }
+  void SetThumbSize(int value) { FThumbSize = value; }
+  bool Tracking() const { return FTracking; }
+  void SetTracking(bool value) { FTracking = value; }
+  bool Visible() const { return FVisible; }
+  void SetVisible(bool value);
+
+private:
+  TWinControl* FControl;
+  TScrollBarKind FKind;
+  int FButtonSize = 0;
+  TColor FColor = clBtnHighlight;
+  int FIncrement = 8;
+  int FMargin = 0;
+  bool FParentColor = true;
+  int FPosition = 0;
+  int FRange = 0;
+  int FSize = 0;
+  TScrollBarStyle FStyle = ssRegular;
+  int FThumbSize = 0;
+  bool FTracking = false;
+  bool FVisible = true;
+};
+
+class TScrollingWinControl : public TWinControl {
+  LUMORA_CLASS(TScrollingWinControl, TWinControl)
+public:
+  explicit TScrollingWinControl(TComponent* owner);
+  ~TScrollingWinControl() override;
+  bool AutoScroll() const { return FAutoScroll; }
+  void SetAutoScroll(bool value);
+  TControlScrollBar* HorzScrollBar() const { return FHorzScrollBar; }
+  void SetHorzScrollBar(TControlScrollBar* value) { FHorzScrollBar->Assign(value); }
+  TControlScrollBar* VertScrollBar() const { return FVertScrollBar; }
+  void SetVertScrollBar(TControlScrollBar* value) { FVertScrollBar->Assign(value); }
+  // Scrolls so that `control` is in view.
+  void ScrollInView(TControl* control);
+
+protected:
+  TControlScrollBar* FHorzScrollBar;
+  TControlScrollBar* FVertScrollBar;
+  bool FAutoScroll = true;
+};
+
+// A bordered area whose children scroll.
+class TScrollBox : public TScrollingWinControl {
+  LUMORA_CLASS(TScrollBox, TScrollingWinControl)
+public:
+  explicit TScrollBox(TComponent* owner);
+  TBorderStyle BorderStyle() const { return FBorderStyle; }
+  void SetBorderStyle(TBorderStyle value);
+  QWidget* ClientWidget() const override;
+  TPoint ClientWidgetOffset() const override { return Point(FBorderWidth, FBorderWidth); }
+  int FrameSize() const override;
+  void CreateWidget() override;
+  void UpdateWidgetColors() override;
+  void AlignControls(TControl* changing, TRect& rect) override;
+  // Makes the scrolled area as large as the children or the ranges need.
+  void UpdateScrollRange();
+
+private:
+  TBorderStyle FBorderStyle = BorderStyleOf(bsSingle);
+  QPointer<QWidget> FInner;
+};
+
+class TCustomFrame : public TScrollingWinControl {
+  LUMORA_CLASS(TCustomFrame, TScrollingWinControl)
+public:
+  explicit TCustomFrame(TComponent* owner);
+  void GetChildren(const TGetChildProc& proc, TComponent* root) override;
+  TComponent* GetChildOwner() override { return this; }
+  void CreateWidget() override;
+};
+
+class TFrame : public TCustomFrame {
+  LUMORA_CLASS(TFrame, TCustomFrame)
+public:
+  explicit TFrame(TComponent* owner) : TCustomFrame(owner) {}
+};
+
+// What becomes of a form that is closed.
+class TCustomForm : public TScrollingWinControl {
+  LUMORA_CLASS(TCustomForm, TScrollingWinControl)
+public:
+  // A form without the components of a form resource (CreateNew).
+  explicit TCustomForm(TComponent* owner);
+  ~TCustomForm() override;
+
+  // ---- Window
+  TFormBorderStyle BorderStyle() const { return FBorderStyle; }
+  void SetBorderStyle(TFormBorderStyle value);
+  TBorderIcons BorderIcons() const { return FBorderIcons; }
+  void SetBorderIcons(TBorderIcons value);
+  TPosition Position() const { return FPosition; }
+  void SetPosition(TPosition value) { FPosition = value; }
+  TWindowState WindowState() const { return FWindowState; }
+  void SetWindowState(TWindowState value);
+  TFormStyle FormStyle() const { return FFormStyle; }
+  void SetFormStyle(TFormStyle value);
+  TMainMenu* Menu() const { return FMenu; }
+  void SetMenu(TMainMenu* value);
+  TIcon* Icon() const { return FIcon; }
+  void SetIcon(TIcon* value) { FIcon->Assign(value); }
+  bool KeyPreview() const { return FKeyPreview; }
+  void SetKeyPreview(bool value) { FKeyPreview = value; }
+  TWinControl* ActiveControl() const { return FActiveControl; }
+  void SetActiveControl(TWinControl* value);
+  bool OldCreateOrder() const { return FOldCreateOrder; }
+  void SetOldCreateOrder(bool value) { FOldCreateOrder = value; }
+  const std::string& HelpFile() const { return FHelpFile; }
+  void SetHelpFile(const std::string& value) { FHelpFile = value; }
+  TPrintScale PrintScale() const { return FPrintScale; }
+  void SetPrintScale(TPrintScale value) { FPrintScale = value; }
+  TDefaultMonitor DefaultMonitor() const { return FDefaultMonitor; }
+  void SetDefaultMonitor(TDefaultMonitor value) { FDefaultMonitor = value; }
+  TMenuItem* WindowMenu() const { return FWindowMenu; }
+  void SetWindowMenu(TMenuItem* value) { FWindowMenu = value; }
+  TMenuItem* ObjectMenuItem() const { return FObjectMenuItem; }
+  void SetObjectMenuItem(TMenuItem* value) { FObjectMenuItem = value; }
+
+  // ---- Resolution: the form is scaled to the screen when read at another one
+  bool Scaled() const { return FScaled; }
+  void SetScaled(bool value) { FScaled = value; }
+  int PixelsPerInch() const { return FPixelsPerInch; }
+  void SetPixelsPerInch(int value);
+  int TextHeight() const { return FTextHeight; }
+  void SetTextHeight(int value) { FTextHeight = value; }
+
+  // ---- The classic frame around the client area
+  // Width of the border on each side and height of the caption and of the menu bar.
+  int FrameWidth() const;
+  int CaptionHeight() const;
+  int MenuHeight() const;
+  TRect ClientRect() const override;
+  QWidget* ClientWidget() const override;
+  TPoint ClientWidgetOffset() const override { return Point(FBorderWidth, FBorderWidth); }
+  // The size of the window's inside: below the menu bar, border width included.
+  QSize WindowClientSize() const;
+
+  // ---- Showing and closing
+  void Show();
+  void Hide();
+  // Runs the form modally; returns its ModalResult.
+  virtual int ShowModal();
+  TModalResult ModalResult() const { return FModalResult; }
+  void SetModalResult(TModalResult value);
+  bool Modal() const { return FModalLoop != nullptr; }
+  // Asks OnCloseQuery, then OnClose decides: hide (the default), free, minimise or nothing.
+  void Close();
+  virtual bool CloseQuery();
+  // Frees the form once the messages already queued for it have been handled.
+  void Release();
+  bool Active() const { return FActive; }
+  void BringToFront();
+  void SetFocus() override;
+  // Gives the focus to the first control in tab order.
+  void SelectFirst();
+  // Moves the focus to the next (or previous) control in tab order.
+  void SelectNext(TWinControl* current, bool forward = true);
+
+  // ---- Keys
+  // The form's shortcut handling: OnShortCut, its menu, its action lists.
+  virtual bool IsShortCut(TWMKey& message);
+
+  // ---- Design
+  IDesigner* Designer() const { return FDesigner; }
+  void SetDesigner(IDesigner* value) { FDesigner = value; }
+  // Puts the form, its controls and its other components in design state, or takes them out.
+  void SetDesignState(bool designing) override;
+
+  // ---- Events of the form
+  TNotifyEvent OnActivate;
+  TNotifyEvent OnCreate;
+  TNotifyEvent OnDeactivate;
+  TNotifyEvent OnDestroy;
+  TNotifyEvent OnHide;
+  TNotifyEvent OnPaint;
+  TNotifyEvent OnShow;
+  TCloseEvent OnClose;
+  TCloseQueryEvent OnCloseQuery;
+  TShortCutEvent OnShortCut;
+  TMouseWheelEvent OnMouseWheel;
+  TMouseWheelUpDownEvent OnMouseWheelDown;
+  TMouseWheelUpDownEvent OnMouseWheelUp;
+
+  // Runs OnCreate (forms of the program call it when they have read their components).
+  virtual void DoCreate();
+  virtual void DoDestroy();
+  virtual void DoShow();
+  virtual void DoHide();
+  virtual void DoClose(TCloseAction& action);
+  virtual void Activate();
+  virtual void Deactivate();
+
+  // ---- For the layer's own use
+  void Dispatch(TMessage& message) override;
+  void SetBounds(int left, int top, int width, int height) override;
+  void CreateWidget() override;
+  void UpdateWidgetText() override;
+  void UpdateWidgetVisibility() override;
+  void UpdateWidgetGeometry() override;
+  void UpdateWidgetColors() override;
+  void Loaded() override;
+  void Paint(QPainter& painter) override;
+  // The menu changed (its bar follows).
+  void MenuChanged(TMainMenu* menu);
+  // The Qt window resized to this client size (by the user or the window manager).
+  void WindowResized(int clientWidth, int clientHeight);
+  void WindowActivated(bool active);
+  void WindowShown(bool shown);
+  // The Qt window was asked to close; the form decides.
+  void WindowCloseRequested();
+  void Notification(TComponent* component, TOperation operation) override;
+  QWidget* InputWidget() const override;
+  // PixelsPerInch and TextHeight (and IgnoreFontProperty of old forms, read only).
+  void DefineProperties(TFiler& filer) override;
+  // ClientWidth and ClientHeight as a stream sets them: the client area below the menu,
+  // applied once the menu is known.
+  void SetFormClientWidth(int value);
+  void SetFormClientHeight(int value);
+  int FormClientWidth() const { return ClientWidth(); }
+  int FormClientHeight() const { return ClientHeight(); }
+
+protected:
+  void VisibleChanged() override;
+  void Resize() override;
+
+private:
+  void ApplyWindowFlags();
+  void ApplyPosition();
+  void LayoutWindow();
+  void CloseModal();
+
+  TFormBorderStyle FBorderStyle = bsSizeable;
+  TBorderIcons FBorderIcons{biSystemMenu, biMinimize, biMaximize};
+  TPosition FPosition = poDesigned;
+  TWindowState FWindowState = wsNormal;
+  TFormStyle FFormStyle = fsNormal;
+  TMainMenu* FMenu = nullptr;
+  TIcon* FIcon;
+  bool FKeyPreview = false;
+  TWinControl* FActiveControl = nullptr;
+  bool FOldCreateOrder = false;
+  std::string FHelpFile;
+  TPrintScale FPrintScale = poProportional;
+  TDefaultMonitor FDefaultMonitor = dmActiveForm;
+  TMenuItem* FWindowMenu = nullptr;
+  TMenuItem* FObjectMenuItem = nullptr;
+  bool FScaled = true;
+  int FPixelsPerInch = 96;
+  int FTextHeight = 0;
+  TModalResult FModalResult = mrNone;
+  QEventLoop* FModalLoop = nullptr;
+  bool FActive = false;
+  bool FShownOnce = false;
+  bool FResizingWindow = false;
+  bool FShowPending = false;
+  int FClientWidthRead = -1;
+  int FClientHeightRead = -1;
+  IDesigner* FDesigner = nullptr;
+  QPointer<QWidget> FClient;
+  QPointer<QMenuBar> FMenuBar;
+};
+
+class TForm : public TCustomForm {
+  LUMORA_CLASS(TForm, TCustomForm)
+public:
+  explicit TForm(TComponent* owner) : TCustomForm(owner) {}
+};
+
+// ---------------------------------------------------------------------------------------
+// The application
+
+class TApplication : public TComponent {
+  LUMORA_CLASS(TApplication, TComponent)
+public:
+  explicit TApplication(TComponent* owner);
+  ~TApplication() override;
+
+  // Connects to Qt (a QApplication must exist by then); called by Run and on first need.
+  void Initialize();
+  // Shows the main form and runs the event loop until Terminate or the main form closes.
+  void Run();
+  // Ends Run (and any modal form's loop).
+  void Terminate();
+  bool Terminated() const { return FTerminated; }
+  // Handles every event waiting now, without an idle pass.
+  void ProcessMessages();
+  // Waits for an event and handles what came (an idle pass runs when the queue drains).
+  void HandleMessage();
+  // Makes a form owned by the application; the first one is the main form.
+  template <class T>
+  void CreateForm(T*& reference) {
+    T* form = new T(this);
+    reference = form;
+    if (!FMainForm) FMainForm = form;
+  }
+  TCustomForm* MainForm() const { return FMainForm; }
+  void SetMainForm(TCustomForm* form) { FMainForm = form; }
+  bool ShowMainForm() const { return FShowMainForm; }
+  void SetShowMainForm(bool value) { FShowMainForm = value; }
+
+  const std::string& Title() const { return FTitle; }
+  void SetTitle(const std::string& value);
+  // The program's file name.
+  std::string ExeName() const;
+  const std::string& HelpFile() const { return FHelpFile; }
+  void SetHelpFile(const std::string& value) { FHelpFile = value; }
+  bool ShowHint() const { return FShowHint; }
+  void SetShowHint(bool value) { FShowHint = value; }
+  TColor HintColor() const { return FHintColor; }
+  void SetHintColor(TColor value) { FHintColor = value; }
+  const std::string& Hint() const { return FHint; }
+  void SetHint(const std::string& value);
+  bool Active() const;
+
+  void Minimize();
+  void Restore();
+  void BringToFront();
+  // Whether the program's windows are minimised.
+  bool IsMinimized() const { return FMinimized; }
+
+  // A message box captioned with the title when no caption is given; returns ID*.
+  int MessageBox(const std::string& text, const std::string& caption = {}, unsigned flags = MB_OK);
+  // Hands the exception being handled to OnException, or shows it.
+  void HandleException(TObject* sender);
+  // Shows an error's message in a message box.
+  void ShowException(Exception* e);
+  // Runs the idle processing once (OnIdle, then the actions' updates when done).
+  void Idle(bool& done);
+
+  TIdleEvent OnIdle;
+  TMessageEvent OnMessage;
+  TExceptionEvent OnException;
+  TNotifyEvent OnActivate;
+  TNotifyEvent OnDeactivate;
+  TNotifyEvent OnHint;
+  TShowHintEvent OnShowHint;
+
+  // The process's application object (made on first use).
+  static TApplication* Instance();
+  // Frees the application object and everything it owns (forms); at the end of main.
+  static void Done();
+
+private:
+  void HookQt();
+  void DeliverException(std::exception_ptr error, TObject* sender);
+
+  TCustomForm* FMainForm = nullptr;
+  bool FShowMainForm = true;
+  std::string FTitle;
+  std::string FHelpFile;
+  std::string FHint;
+  bool FShowHint = true;
+  TColor FHintColor = clInfoBk;
+  bool FTerminated = false;
+  bool FRunning = false;
+  bool FMinimized = false;
+  bool FHooked = false;
+};
+
+// ---------------------------------------------------------------------------------------
+// The screen
+
+class TScreen : public TComponent {
+  LUMORA_CLASS(TScreen, TComponent)
+public:
+  explicit TScreen(TComponent* owner);
+  ~TScreen() override;
+
+  TCustomForm* ActiveCustomForm() const { return FActiveForm; }
+  // The active form when it is a TForm.
+  TForm* ActiveForm() const;
+  TWinControl* ActiveControl() const;
+  int FormCount() const;
+  TForm* Forms(int index) const;
+  int CustomFormCount() const { return static_cast<int>(FForms.size()); }
+  TCustomForm* CustomForms(int index) const;
+
+  // The pointer shown over every window of the program (crHourGlass while busy);
+  // crDefault lets each control show its own.
+  TCursor Cursor() const { return FCursor; }
+  void SetCursor(TCursor value);
+  int Width() const;
+  int Height() const;
+  int DesktopWidth() const;
+  int DesktopHeight() const;
+  int PixelsPerInch() const;
+  // Names of the installed fonts, sorted.
+  TStrings* Fonts();
+  TFont* HintFont() const { return FHintFont; }
+  TFont* IconFont() const { return FIconFont; }
+  TFont* MenuFont() const { return FMenuFont; }
+
+  TNotifyEvent OnActiveControlChange;
+  TNotifyEvent OnActiveFormChange;
+
+  // ---- For the layer's own use
+  void AddForm(TCustomForm* form);
+  void RemoveForm(TCustomForm* form);
+  void SetActiveForm(TCustomForm* form);
+  static TScreen* Instance();
+
+private:
+  std::vector<TCustomForm*> FForms;
+  TCustomForm* FActiveForm = nullptr;
+  TCursor FCursor = crDefault;
+  TStringList* FFonts = nullptr;
+  TFont* FHintFont;
+  TFont* FIconFont;
+  TFont* FMenuFont;
+};
+
+// `Application->Title`, `Screen->ActiveForm()`: the objects of the process, made on first use.
+struct TApplicationRef {
+  TApplication* operator->() const { return TApplication::Instance(); }
+  operator TApplication*() const { return TApplication::Instance(); }
+};
+struct TScreenRef {
+  TScreen* operator->() const { return TScreen::Instance(); }
+  operator TScreen*() const { return TScreen::Instance(); }
+};
+inline constexpr TApplicationRef Application{};
+inline constexpr TScreenRef Screen{};
+
+// Posts or sends a message to a control's window (made if need be).
+bool PostMessage(TWinControl* control, std::uint32_t msg, WPARAM wParam = 0, LPARAM lParam = 0);
+LRESULT SendMessage(TWinControl* control, std::uint32_t msg, WPARAM wParam = 0, LPARAM lParam = 0);
+
+// The control under a screen point (disabled ones too when `allowDisabled`), or none.
+TControl* FindDragTarget(TPoint pos, bool allowDisabled);
+
+void RegisterFormsClasses();
