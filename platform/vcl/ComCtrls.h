@@ -52,7 +52,8 @@ class TCoolBar;
 
 LUMORA_ENUM(TTabPosition, tpTop, tpBottom, tpLeft, tpRight)
 LUMORA_ENUM(TTabStyle, tsTabs, tsButtons, tsFlatButtons)
-LUMORA_EVENT(TTabChangingEvent, void(TObject* Sender, bool& AllowChange))
+// (Sender, AllowChange): the shape of TCloseQueryEvent.
+using TTabChangingEvent = TCloseQueryEvent;
 LUMORA_EVENT(TDrawTabEvent, void(TCustomTabControl* Control, int TabIndex, TRect Rect, bool Active))
 LUMORA_EVENT(TTabGetImageEvent, void(TObject* Sender, int TabIndex, int& ImageIndex))
 
@@ -129,6 +130,7 @@ protected:
 
   TStringList* FTabs;
   int FTabIndex = -1;
+  bool FUpdatingTabs = false;
 
 private:
   struct TTabLayout {
@@ -154,7 +156,6 @@ private:
   short FTabHeight = 0;
   TTabPosition FTabPosition = tpTop;
   short FTabWidth = 0;
-  bool FUpdatingTabs = false;
 };
 
 class TTabControl : public TCustomTabControl {
