@@ -1,19 +1,12 @@
 #include "platform/rtti/Classes.h"
 #include "tests/platform/rtti/TestClasses.h"
 
+#include "tests/support/Errors.h"
+
 #include <gtest/gtest.h>
 
-namespace {
-template <class E, class F>
-std::string MessageOf(F&& f) {
-  try {
-    f();
-  } catch (const E& e) {
-    return e.Message();
-  }
-  return "(nothing raised)";
-}
-}  // namespace
+using lumora::test::MessageOf;
+
 
 TEST(CollectionTest, ItemsJoinWithIdsAndLeaveWhenFreed) {
   TTestControl owner(nullptr);

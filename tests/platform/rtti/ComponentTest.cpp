@@ -1,21 +1,15 @@
 #include "platform/rtti/Classes.h"
 #include "tests/platform/rtti/TestClasses.h"
 
+#include "tests/support/Errors.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
 
-namespace {
+using lumora::test::MessageOf;
 
-template <class E, class F>
-std::string MessageOf(F&& f) {
-  try {
-    f();
-  } catch (const E& e) {
-    return e.Message();
-  }
-  return "(nothing raised)";
-}
+namespace {
 
 // Records what it hears.
 class TListener : public TComponent {

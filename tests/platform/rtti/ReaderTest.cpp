@@ -4,9 +4,13 @@
 #include "platform/streaming/Values.h"
 #include "tests/platform/rtti/TestClasses.h"
 
+#include "tests/support/Errors.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
+
+using lumora::test::MessageOf;
 
 namespace {
 
@@ -23,16 +27,6 @@ std::vector<std::string> ReadCollecting(TComponent* root, const std::string& tex
     };
   });
   return errors;
-}
-
-template <class E, class F>
-std::string MessageOf(F&& f) {
-  try {
-    f();
-  } catch (const E& e) {
-    return e.Message();
-  }
-  return "(nothing raised)";
 }
 
 const char* const FullForm = R"(object Form1: TTestForm

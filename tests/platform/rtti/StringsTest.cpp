@@ -1,22 +1,16 @@
 #include "platform/rtti/Classes.h"
 #include "platform/streaming/Streams.h"
 
+#include "tests/support/Errors.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <filesystem>
 
-namespace {
+using lumora::test::MessageOf;
 
-template <class E, class F>
-std::string MessageOf(F&& f) {
-  try {
-    f();
-  } catch (const E& e) {
-    return e.Message();
-  }
-  return "(nothing raised)";
-}
+namespace {
 
 std::vector<std::string> All(const TStrings& list) {
   std::vector<std::string> out;

@@ -1,19 +1,13 @@
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/SysUtils.h"
 
+#include "tests/support/Errors.h"
+
 #include <gtest/gtest.h>
 
-namespace {
+using lumora::test::MessageOf;
 
-template <class E, class F>
-std::string MessageOf(F&& f) {
-  try {
-    f();
-  } catch (const E& e) {
-    return e.Message();
-  }
-  return "(no error)";
-}
+namespace {
 
 TEST(ResHeader, ReadsTheExactRule) {
   const std::string header = MakeResHeader("TForm1", 100);

@@ -1,21 +1,15 @@
 #include "platform/streaming/Values.h"
 
+#include "tests/support/Errors.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 
-namespace {
+using lumora::test::MessageOf;
 
-template <class E, class F>
-std::string MessageOf(F&& f) {
-  try {
-    f();
-  } catch (const E& e) {
-    return e.Message();
-  }
-  return "(no error)";
-}
+namespace {
 
 TEST(ValueWriter, IntegersTakeTheSmallestType) {
   struct Case {
