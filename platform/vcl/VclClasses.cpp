@@ -1,6 +1,7 @@
 #include "platform/vcl/VclClasses.h"
 
 #include "platform/vcl/ActnList.h"
+#include "platform/vcl/ComCtrls.h"
 #include "platform/vcl/Controls.h"
 #include "platform/vcl/ExtCtrls.h"
 #include "platform/vcl/Forms.h"
@@ -19,4 +20,5 @@ void RegisterVclClasses() {
   RegisterExtCtrlsClasses();
   RegisterImgListClasses();
   RegisterActnListClasses();
+  RegisterComCtrlsClasses();
 }
