@@ -68,7 +68,8 @@ std::vector<Line> LayoutLines(const QFont& font, const QString& text, const TCap
     if (underline >= start && underline < start + s.size()) line.Underline = underline - start;
     lines.push_back(line);
   };
-  const QStringList paragraphs = plain.split(QRegularExpression(QStringLiteral("\r\n|\n|\r")));
+  static const QRegularExpression lineBreak(QStringLiteral("\r\n|\n|\r"));
+  const QStringList paragraphs = plain.split(lineBreak);
   for (const QString& para : paragraphs) {
     if (!layout.WordWrap || maxWidth <= 0 || fm.horizontalAdvance(para) <= maxWidth) {
       push(para, offset);

@@ -36,3 +36,19 @@ protected:
 private:
   TControl* FControl;
 };
+
+#include <QPushButton>
+
+// A push button whose face the control paints (bit buttons): the bevel is Qt's, the
+// glyph and caption are the control's.
+class TOwnerDrawButton : public QPushButton {
+public:
+  explicit TOwnerDrawButton(TControl* control) : FControl(control) {}
+  void Detach() { FControl = nullptr; }
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+
+private:
+  TControl* FControl;
+};

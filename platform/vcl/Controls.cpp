@@ -17,6 +17,8 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
+#include <QStyleOptionButton>
 #include <QWidget>
 
 #include <algorithm>
@@ -180,6 +182,16 @@ void TPaintedWidget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   TControl* control = FControl;
   Guard([&] { control->Paint(painter); });
+}
+
+void TOwnerDrawButton::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  option.text.clear();
+  option.icon = QIcon();
+  style()->drawControl(QStyle::CE_PushButtonBevel, &option, &painter, this);
+  if (TControl* control = FControl) Guard([&] { control->Paint(painter); });
 }
 
 // ---------------------------------------------------------------------------------------
@@ -684,6 +696,7 @@ void TControl::DestroyWidget() {
   if (QWidget* w = FWidget.data()) {
     WidgetControls().remove(w);
     if (auto* painted = dynamic_cast<TPaintedWidget*>(w)) painted->Detach();
+    if (auto* button = dynamic_cast<TOwnerDrawButton*>(w)) button->Detach();
     FWidget = nullptr;
     delete w;
   }

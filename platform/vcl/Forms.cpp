@@ -165,7 +165,7 @@ void TScrollingWinControl::ScrollInView(TControl* control) {
 }
 
 LUMORA_CLASS_IMPL(TScrollBox) {
-  PublishControlProperties(c, {"Align", "Anchors", "AutoScroll"});
+  PublishControlProperties(c, {"Align", "Anchors"});
   c.Property("AutoScroll", &TScrollBox::AutoScroll, &TScrollBox::SetAutoScroll).Default(true);
   PublishControlProperties(c, {"AutoSize", "BiDiMode"});
   c.Property("BorderStyle", &TScrollBox::BorderStyle, &TScrollBox::SetBorderStyle).Default(BorderStyleOf(bsSingle));

@@ -5,6 +5,8 @@
 #include <QBuffer>
 #include <QImageReader>
 
+#include <algorithm>
+
 
 namespace {
 
@@ -43,16 +45,69 @@ QImage Read(std::string_view bytes, const char* format) {
   const QSize size = reader.size();
   if (size.isValid() && static_cast<long long>(size.width()) * size.height() > 64LL * 1024 * 1024) return {};
   QImage image;
+  if (std::string_view(format) == "ICO" && reader.imageCount() > 1) {
+    // An icon holds several sizes; the standard icon is the 32 by 32 one (else the largest).
+    QImage best;
+    for (int i = 0; i < reader.imageCount(); ++i) {
+      if (!reader.jumpToImage(i)) break;
+      QImage candidate;
+      if (!reader.read(&candidate)) continue;
+      const bool standard = candidate.size() == QSize(32, 32);
+      const bool bestStandard = best.size() == QSize(32, 32);
+      if (best.isNull() || (standard && !bestStandard) ||
+          (!bestStandard && candidate.width() * candidate.height() > best.width() * best.height()) ||
+          (standard && bestStandard && candidate.depth() > best.depth())) {
+        best = candidate;
+      }
+    }
+    return best;
+  }
   if (!reader.read(&image)) return {};
   return image;
 }
 
-// A BMP file stored inside a stream: its length comes from its own header.
+// The length of a BMP file from its headers. Image lists write the file header's size
+// field as the header's own size, so the length comes from the bitmap's dimensions.
+size_t BmpLength(std::string_view data) {
+  if (data.size() < 26) return data.size();
+  const std::uint32_t declared = Le32(data, 2);
+  const std::uint32_t infoSize = Le32(data, 14);
+  long long width = 0, height = 0;
+  unsigned bpp = 0, compression = 0, sizeImage = 0, colorsUsed = 0;
+  size_t paletteEntry = 4;
+  if (infoSize == 12) {
+    width = Le16(data, 18);
+    height = Le16(data, 20);
+    bpp = Le16(data, 24);
+    paletteEntry = 3;
+  } else if (infoSize >= 40 && data.size() >= 54) {
+    width = static_cast<std::int32_t>(Le32(data, 18));
+    height = static_cast<std::int32_t>(Le32(data, 22));
+    bpp = Le16(data, 28);
+    compression = Le32(data, 30);
+    sizeImage = Le32(data, 34);
+    colorsUsed = Le32(data, 46);
+  } else {
+    return std::min<size_t>(declared >= 26 ? declared : data.size(), data.size());
+  }
+  if (width < 0) width = -width;
+  if (height < 0) height = -height;
+  size_t palette = 0;
+  if (bpp <= 8) palette = (colorsUsed ? colorsUsed : (1u << bpp)) * paletteEntry;
+  if (bpp > 8 && colorsUsed) palette = static_cast<size_t>(colorsUsed) * paletteEntry;
+  size_t masks = (infoSize == 40 && (compression == 3 || compression == 6)) ? (compression == 3 ? 12 : 16) : 0;
+  const unsigned long long row = ((static_cast<unsigned long long>(width) * bpp + 31) / 32) * 4;
+  const unsigned long long pixels = (compression == 0 || compression == 3) ? row * static_cast<unsigned long long>(height)
+                                                                         : sizeImage;
+  const unsigned long long computed = 14ull + infoSize + palette + masks + pixels;
+  unsigned long long length = declared >= computed ? declared : computed;
+  return static_cast<size_t>(std::min<unsigned long long>(length, data.size()));
+}
+
+// A BMP file stored inside a stream.
 std::string_view BmpSlice(std::string_view data) {
   if (!StartsWith(data, "BM")) return {};
-  const std::uint32_t size = Le32(data, 2);
-  if (size < 26 || size > data.size()) return data;  // trust what is there
-  return data.substr(0, size);
+  return data.substr(0, BmpLength(data));
 }
 
 }  // namespace

@@ -12,7 +12,9 @@
 #include <QRawFont>
 
 #include <cmath>
+#include <map>
 #include <mutex>
+#include <tuple>
 
 namespace {
 
@@ -253,7 +255,23 @@ void RegisterClassicFonts() {
   });
 }
 
+namespace {
+QString LookUpClassicFamily(std::string_view nameBytes, int pixelHeight);
+}
+
 QString ClassicFontFamily(std::string_view nameBytes, int pixelHeight) {
+  // Finding a family asks fontconfig, which is slow; forms repeat a few fonts many times.
+  static std::map<std::pair<std::string, int>, QString> cache;
+  auto key = std::make_pair(std::string(nameBytes), pixelHeight);
+  auto it = cache.find(key);
+  if (it != cache.end()) return it->second;
+  QString family = LookUpClassicFamily(nameBytes, pixelHeight);
+  cache.emplace(std::move(key), family);
+  return family;
+}
+
+namespace {
+QString LookUpClassicFamily(std::string_view nameBytes, int pixelHeight) {
   RegisterClassicFonts();
   const QString name = QString::fromUtf8(nameBytes.data(), static_cast<qsizetype>(nameBytes.size())).trimmed();
   // The bitmap faces exist in one size; Windows picks them up to the next size it has.
@@ -292,6 +310,7 @@ QString ClassicFontFamily(std::string_view nameBytes, int pixelHeight) {
   if (!name.isEmpty() && HasFamily(name)) return name;
   return SansFamily();
 }
+}  // namespace
 
 namespace {
 
@@ -326,7 +345,23 @@ bool IsBitmapFamily(const QString& family) {
 
 }  // namespace
 
+namespace {
+QFont MakeFont(const TFontSpec& spec);
+}
+
 QFont ResolveFont(const TFontSpec& spec) {
+  static std::map<std::tuple<std::string, int, int, int>, QFont> cache;
+  const int style = (spec.Bold ? 1 : 0) | (spec.Italic ? 2 : 0) | (spec.Underline ? 4 : 0) | (spec.StrikeOut ? 8 : 0);
+  auto key = std::make_tuple(spec.Name, spec.Height, style, static_cast<int>(spec.Charset));
+  auto it = cache.find(key);
+  if (it != cache.end()) return it->second;
+  QFont font = MakeFont(spec);
+  cache.emplace(std::move(key), font);
+  return font;
+}
+
+namespace {
+QFont MakeFont(const TFontSpec& spec) {
   RegisterClassicFonts();
   int em = spec.Height < 0 ? -spec.Height : 0;
   const QString family = ClassicFontFamily(spec.Name, em > 0 ? em : (spec.Height > 0 ? spec.Height : 11));
@@ -355,12 +390,23 @@ QFont ResolveFont(const TFontSpec& spec) {
   font.setKerning(false);
   return font;
 }
+}  // namespace
 
 int FontCellHeight(const QFont& font) {
+  static std::map<std::tuple<QString, int, bool, bool>, int> cache;
+  auto key = std::make_tuple(font.family(), font.pixelSize(), font.bold(), font.italic());
+  auto it = cache.find(key);
+  if (it != cache.end()) return it->second;
   int a = 0, d = 0;
-  if (!IsBitmapFamily(font.family()) && WindowsCellMetrics(font, a, d)) return a + d;
-  const QFontMetrics m(font);
-  return m.ascent() + m.descent();
+  int cell;
+  if (!IsBitmapFamily(font.family()) && WindowsCellMetrics(font, a, d)) {
+    cell = a + d;
+  } else {
+    const QFontMetrics m(font);
+    cell = m.ascent() + m.descent();
+  }
+  cache.emplace(std::move(key), cell);
+  return cell;
 }
 
 // ---------------------------------------------------------------------------------------
@@ -667,6 +713,12 @@ QImage TBitmap::TransparentImage() const {
 LUMORA_CLASS_IMPL(TIcon) {}
 
 void TIcon::SetImage(const QImage& image) { SetBytes(EncodeImage(image, "ICO")); }
+
+QImage TIcon::Decode() const {
+  const QImage image = DecodeImageFile(FBytes);
+  if (image.isNull() || image.size() == QSize(32, 32)) return image;
+  return image.scaled(32, 32, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+}
 
 LUMORA_CLASS_IMPL(TJPEGImage) {}
 

@@ -302,6 +302,10 @@ class TIcon : public TGraphic {
 public:
   TIcon() = default;
   void SetImage(const QImage& image) override;
+
+protected:
+  // Icons are drawn at the standard icon size, 32 by 32, whatever sizes the file holds.
+  QImage Decode() const override;
 };
 
 // Data: a 4-byte length and a JPEG file.

@@ -787,7 +787,6 @@ void TCustomListBox::UpdateWidgetText() {
 }
 
 void TCustomListBox::ItemsChanged() {
-  if (FSorted && !FItems->Sorted()) FItems->SetSorted(true);
   if (FItemIndex >= FItems->Count()) FItemIndex = -1;
   UpdateWidgetText();
 }
@@ -965,7 +964,6 @@ void TCustomComboBox::UpdateWidgetText() {
 }
 
 void TCustomComboBox::ItemsChanged() {
-  if (FSorted && !FItems->Sorted()) FItems->SetSorted(true);
   // The text of a drop-down list is the chosen item's.
   if (FStyle == csDropDownList || FStyle == csOwnerDrawFixed || FStyle == csOwnerDrawVariable) {
     FItemIndex = FText.empty() ? -1 : FItems->IndexOf(FText);

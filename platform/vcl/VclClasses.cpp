@@ -1,8 +1,10 @@
 #include "platform/vcl/VclClasses.h"
 
 #include "platform/vcl/ActnList.h"
+#include "platform/vcl/Buttons.h"
 #include "platform/vcl/ComCtrls.h"
 #include "platform/vcl/Controls.h"
+#include "platform/vcl/Dialogs.h"
 #include "platform/vcl/ExtCtrls.h"
 #include "platform/vcl/Forms.h"
 #include "platform/vcl/Graphics.h"
@@ -18,7 +20,9 @@ void RegisterVclClasses() {
   RegisterMenusClasses();
   RegisterStdCtrlsClasses();
   RegisterExtCtrlsClasses();
+  RegisterButtonsClasses();
   RegisterImgListClasses();
   RegisterActnListClasses();
+  RegisterDialogsClasses();
   RegisterComCtrlsClasses();
 }

@@ -1,0 +1,179 @@
+#include "platform/vcl/FormRender.h"
+
+#include "platform/rtti/Reader.h"
+#include "platform/streaming/ObjectText.h"
+#include "platform/streaming/ResHeader.h"
+#include "platform/streaming/SysUtils.h"
+#include "platform/vcl/ClassicDraw.h"
+#include "platform/vcl/VclClasses.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QPainter>
+#include <QPixmap>
+
+#include <algorithm>
+
+TFormLoadResult LoadFormFile(TCustomForm* form, std::string_view data) {
+  TFormLoadResult result;
+  auto note = [&](const std::string& message) {
+    if (std::find(result.Errors.begin(), result.Errors.end(), message) == result.Errors.end()) {
+      result.Errors.push_back(message);
+    }
+  };
+  auto prepare = [&](TReader& reader) {
+    reader.OnError = [&](TReader*, const std::string& message, bool& handled) {
+      note(message);
+      handled = true;
+    };
+    reader.OnFindMethod = [](TReader*, const std::string&, TMethod& method, bool& error) {
+      method = TMethod();
+      error = false;
+    };
+  };
+  try {
+    std::string converted;
+    std::string_view stream;
+    switch (DetectFormFileFormat(data)) {
+      case TFormFileFormat::Resource: stream = data.substr(ReadResHeader(data)); break;
+      case TFormFileFormat::Stream: stream = data; break;
+      case TFormFileFormat::Text:
+        converted = ObjectTextToBinary(data);
+        stream = converted;
+        break;
+      default: throw EInvalidImage("Invalid stream format");
+    }
+    ReadComponentFromBinary(form, stream, prepare);
+    result.Read = true;
+  } catch (const Exception& e) {
+    note(e.Message());
+  } catch (const std::exception& e) {
+    note(e.what());
+  }
+  return result;
+}
+
+namespace {
+
+// The classic caption buttons: minimise, maximise, close.
+void DrawCaptionButton(QPainter& p, const QRect& r, int kind) {
+  QRect edge = r;
+  DrawRaisedEdge(p, edge);
+  p.fillRect(edge, ColorToQColor(clBtnFace));
+  p.setPen(ColorToQColor(clBtnText));
+  const int cx = r.center().x(), cy = r.center().y();
+  switch (kind) {
+    case 0:  // minimise: a bar at the bottom
+      p.fillRect(QRect(r.left() + 4, r.bottom() - 4, 6, 2), ColorToQColor(clBtnText));
+      break;
+    case 1:  // maximise: a window outline with a thick top
+      p.drawRect(QRect(r.left() + 3, r.top() + 2, 8, 8));
+      p.drawLine(r.left() + 3, r.top() + 3, r.left() + 11, r.top() + 3);
+      break;
+    default:  // close: a cross
+      for (int d = 0; d < 2; ++d) {
+        p.drawLine(cx - 3 + d, cy - 3, cx + 3 + d, cy + 3);
+        p.drawLine(cx - 3 + d, cy + 3, cx + 3 + d, cy - 3);
+      }
+      break;
+  }
+}
+
+}  // namespace
+
+QImage RenderForm(TCustomForm* form) {
+  QWidget* window = form->Handle();
+  if (!window) return {};
+  const bool wasVisible = form->Visible();
+  if (!wasVisible) form->Show();
+  QApplication::processEvents();
+  const QPixmap inside = window->grab();
+  const int fw = form->FrameWidth();
+  const int caption = form->CaptionHeight();
+  QImage image(std::max(1, form->Width()), std::max(1, form->Height()), QImage::Format_RGB32);
+  image.fill(ColorToQColor(clBtnFace));
+  QPainter p(&image);
+  if (fw > 0) {
+    QRect frame(0, 0, image.width(), image.height());
+    DrawRaisedEdge(p, frame);
+  }
+  if (caption > 0) {
+    const QRect bar(fw, fw, image.width() - 2 * fw, caption - 1);
+    QLinearGradient gradient(bar.topLeft(), bar.topRight());
+    gradient.setColorAt(0, ColorToQColor(clActiveCaption));
+    gradient.setColorAt(1, ColorToQColor(clGradientActiveCaption));
+    p.fillRect(bar, gradient);
+    const bool small = caption < 19;
+    int textLeft = bar.left() + 3;
+    TIcon* icon = form->Icon();
+    const bool hasSystemMenu = form->BorderIcons().Contains(biSystemMenu) && form->BorderStyle() != bsDialog && !small;
+    if (hasSystemMenu) {
+      const int size = 16;
+      const QRect iconRect(bar.left() + 1, bar.top() + (bar.height() - size) / 2, size, size);
+      if (icon && !icon->Empty() && !icon->Image().isNull()) {
+        p.drawImage(iconRect, icon->Image());
+      } else {
+        // The default application icon: a small window.
+        p.fillRect(iconRect.adjusted(1, 2, -1, -2), Qt::white);
+        p.setPen(Qt::black);
+        p.drawRect(iconRect.adjusted(1, 2, -2, -3));
+        p.fillRect(QRect(iconRect.left() + 2, iconRect.top() + 3, iconRect.width() - 4, 2), ColorToQColor(clActiveCaption));
+      }
+      textLeft = iconRect.right() + 3;
+    }
+    // Buttons from the right: close, then maximise and minimise with a gap.
+    const int bw = small ? 12 : 16, bh = small ? 10 : 14;
+    int right = bar.right() - 1;
+    int buttonsLeft = right + 1;
+    if (form->BorderIcons().Contains(biSystemMenu)) {
+      QRect close(right - bw + 1, bar.top() + (bar.height() - bh) / 2, bw, bh);
+      DrawCaptionButton(p, close, 2);
+      buttonsLeft = close.left();
+      const bool minMax = !small && form->BorderStyle() != bsDialog &&
+                          (form->BorderIcons().Contains(biMinimize) || form->BorderIcons().Contains(biMaximize));
+      if (minMax) {
+        QRect max(close.left() - 2 - bw, close.top(), bw, bh);
+        QRect min(max.left() - bw, close.top(), bw, bh);
+        DrawCaptionButton(p, max, 1);
+        DrawCaptionButton(p, min, 0);
+        buttonsLeft = min.left();
+      }
+    }
+    TFontSpec spec;
+    spec.Name = "Tahoma";
+    spec.Height = -11;
+    spec.Bold = true;
+    TCaptionLayout layout;
+    layout.ShowAccelChar = false;
+    layout.VAlign = TTextVAlign::Center;
+    DrawCaption(p, QRect(textLeft, bar.top(), std::max(0, buttonsLeft - textLeft - 2), bar.height()), ResolveFont(spec),
+                form->UnicodeText(), layout, ColorToQColor(clCaptionText));
+  }
+  p.drawPixmap(fw, fw + caption, inside);
+  p.end();
+  if (!wasVisible) form->Hide();
+  return image;
+}
+
+bool RenderFormFileToPng(const std::string& formFile, const std::string& pngFile, std::vector<std::string>& errors) {
+  RegisterVclClasses();
+  QFile in(QString::fromStdString(formFile));
+  if (!in.open(QIODevice::ReadOnly)) {
+    errors.push_back(Format("Cannot open file %s", formFile));
+    return false;
+  }
+  const QByteArray bytes = in.readAll();
+  auto* form = new TForm(Application);
+  const TFormLoadResult loaded = LoadFormFile(form, std::string_view(bytes.constData(), static_cast<size_t>(bytes.size())));
+  errors.insert(errors.end(), loaded.Errors.begin(), loaded.Errors.end());
+  bool ok = loaded.Read;
+  if (ok) {
+    const QImage image = RenderForm(form);
+    if (image.isNull() || !image.save(QString::fromStdString(pngFile), "PNG")) {
+      errors.push_back(Format("Cannot create file %s", pngFile));
+      ok = false;
+    }
+  }
+  delete form;
+  return ok;
+}
