@@ -22,6 +22,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <climits>
 
 // ---------------------------------------------------------------------------------------
 // Names and small helpers
@@ -1227,14 +1228,16 @@ void TWinControl::Resize() {
 // ---- Focus and tabs
 
 int TWinControl::TabOrder() const {
-  if (!FParent) return FTabOrderRead < 0 ? -1 : FTabOrderRead;
+  if (!FParent || FTabOrderRead >= 0) return FTabOrderRead;
   const auto& list = FParent->FTabList;
   auto it = std::find(list.begin(), list.end(), this);
   return it == list.end() ? -1 : static_cast<int>(it - list.begin());
 }
 
 void TWinControl::SetTabOrder(int value) {
-  if (!FParent) {
+  // While reading, siblings come one by one with their final numbers: the parent sorts
+  // them once all are there.
+  if (!FParent || ComponentState().Contains(csLoading)) {
     FTabOrderRead = value;
     return;
   }
@@ -1410,7 +1413,16 @@ void TWinControl::ScaleBy(int m, int d) {
 
 void TWinControl::Loaded() {
   TControl::Loaded();
-  if (FTabOrderRead >= 0 && FParent) {
+  // The children's tab order as the stream numbered it; unnumbered ones after them.
+  std::stable_sort(FTabList.begin(), FTabList.end(), [](TWinControl* a, TWinControl* b) {
+    const unsigned ka = a->FTabOrderRead < 0 ? UINT_MAX : static_cast<unsigned>(a->FTabOrderRead);
+    const unsigned kb = b->FTabOrderRead < 0 ? UINT_MAX : static_cast<unsigned>(b->FTabOrderRead);
+    return ka < kb;
+  });
+  for (TWinControl* c : FTabList) {
+    if (c->FTabOrderRead >= 0 && !c->ComponentState().Contains(csLoading)) c->FTabOrderRead = -1;
+  }
+  if (FTabOrderRead >= 0 && FParent && !FParent->ComponentState().Contains(csLoading)) {
     const int order = FTabOrderRead;
     FTabOrderRead = -1;
     SetTabOrder(order);

@@ -45,6 +45,7 @@ TCustomPanel::TCustomPanel(TComponent* owner) : TCustomControl(owner) {
   FHeight = 41;
   FColor = clBtnFace;
   FParentColor = false;
+  FUseDockManager = true;
 }
 
 int TCustomPanel::FrameSize() const {
@@ -144,6 +145,7 @@ LUMORA_CLASS_IMPL(TPanel) {
                                "OnMouseDown", "OnMouseMove", "OnMouseUp", "OnResize", "OnStartDock", "OnStartDrag",
                                "OnUnDock"});
   c.Property("ParentColor").Default(false);
+  c.Property("UseDockManager").Default(true);
 }
 
 // ---------------------------------------------------------------------------------------

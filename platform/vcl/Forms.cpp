@@ -874,6 +874,15 @@ void TCustomForm::Loaded() {
   }
 }
 
+void TCustomForm::GetChildren(const TGetChildProc& proc, TComponent* root) {
+  TScrollingWinControl::GetChildren(proc, root);
+  if (root != this) return;
+  for (int i = 0; i < ComponentCount(); ++i) {
+    TComponent* c = Components(i);
+    if (!c->HasParent()) proc(c);
+  }
+}
+
 void TCustomForm::DefineProperties(TFiler& filer) {
   TScrollingWinControl::DefineProperties(filer);
   filer.DefineProperty(

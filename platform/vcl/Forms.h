@@ -316,6 +316,8 @@ public:
   QWidget* InputWidget() const override;
   // PixelsPerInch and TextHeight (and IgnoreFontProperty of old forms, read only).
   void DefineProperties(TFiler& filer) override;
+  // The controls, then the components that have no parent (menus, dialogs, lists).
+  void GetChildren(const TGetChildProc& proc, TComponent* root) override;
   // ClientWidth and ClientHeight as a stream sets them: the client area below the menu,
   // applied once the menu is known.
   void SetFormClientWidth(int value);

@@ -399,7 +399,7 @@ TFontCharset TMenu::Charset() const {
 
 LUMORA_CLASS_IMPL(TMainMenu) {
   c.Property("AutoMerge", &TMainMenu::AutoMerge, &TMainMenu::SetAutoMerge).Default(false);
-  c.Property("BiDiMode", &TMainMenu::BiDiMode, &TMainMenu::SetBiDiMode);
+  c.Property("BiDiMode", &TMainMenu::BiDiMode, &TMainMenu::SetBiDiMode).Stored(&TMainMenu::IsBiDiModeStored);
   c.Property("Images", &TMainMenu::Images, &TMainMenu::SetImages);
   c.Property("OwnerDraw", &TMainMenu::OwnerDraw, &TMainMenu::SetOwnerDraw).Default(false);
   c.Property("ParentBiDiMode", &TMainMenu::ParentBiDiMode, &TMainMenu::SetParentBiDiMode).Default(true);
@@ -474,7 +474,7 @@ void TMainMenu::MenuChanged(TMenuItem* item, bool rebuild) {
 LUMORA_CLASS_IMPL(TPopupMenu) {
   c.Property("Alignment", &TPopupMenu::Alignment, &TPopupMenu::SetAlignment).Default(paLeft);
   c.Property("AutoPopup", &TPopupMenu::AutoPopup, &TPopupMenu::SetAutoPopup).Default(true);
-  c.Property("BiDiMode", &TPopupMenu::BiDiMode, &TPopupMenu::SetBiDiMode);
+  c.Property("BiDiMode", &TPopupMenu::BiDiMode, &TPopupMenu::SetBiDiMode).Stored(&TPopupMenu::IsBiDiModeStored);
   c.Property("HelpContext", &TPopupMenu::HelpContext, &TPopupMenu::SetHelpContext).Default(0);
   c.Property("Images", &TPopupMenu::Images, &TPopupMenu::SetImages);
   c.Property("OwnerDraw", &TPopupMenu::OwnerDraw, &TPopupMenu::SetOwnerDraw).Default(false);

@@ -159,9 +159,13 @@ public:
   bool OwnerDraw() const { return FOwnerDraw; }
   void SetOwnerDraw(bool value) { FOwnerDraw = value; }
   TBiDiMode BiDiMode() const { return FBiDiMode; }
-  void SetBiDiMode(TBiDiMode value) { FBiDiMode = value; }
+  void SetBiDiMode(TBiDiMode value) {
+    FBiDiMode = value;
+    FParentBiDiMode = false;
+  }
   bool ParentBiDiMode() const { return FParentBiDiMode; }
   void SetParentBiDiMode(bool value) { FParentBiDiMode = value; }
+  bool IsBiDiModeStored() const { return !FParentBiDiMode; }
 
   // Runs the item whose shortcut this is, when it and its parents are enabled and visible.
   bool IsShortCut(TShortCut shortCut);

@@ -54,7 +54,7 @@ void PublishControlProperties(TClassBuilder<C>& c, std::initializer_list<std::st
       else if (n == "ParentCtl3D") c.Property("ParentCtl3D", &TWinControl::ParentCtl3D, &TWinControl::SetParentCtl3D).Default(true);
       else if (n == "TabOrder") c.Property("TabOrder", &TWinControl::TabOrder, &TWinControl::SetTabOrder).Default(-1);
       else if (n == "TabStop") c.Property("TabStop", &TWinControl::TabStop, &TWinControl::SetTabStop).Default(false);
-      else if (n == "UseDockManager") c.Property("UseDockManager", &TWinControl::UseDockManager, &TWinControl::SetUseDockManager).Default(true);
+      else if (n == "UseDockManager") c.Property("UseDockManager", &TWinControl::UseDockManager, &TWinControl::SetUseDockManager).Default(false);
       else if (n == "OnDockDrop") c.Property("OnDockDrop", &TWinControl::OnDockDrop, &TWinControl::OnDockDrop);
       else if (n == "OnDockOver") c.Property("OnDockOver", &TWinControl::OnDockOver, &TWinControl::OnDockOver);
       else if (n == "OnEnter") c.Property("OnEnter", &TWinControl::OnEnter, &TWinControl::OnEnter);
