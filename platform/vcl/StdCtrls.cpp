@@ -33,6 +33,14 @@ void Guard(const std::function<void()>& fn) { TMessageLoop::Instance().Guarded(f
 
 bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
 
+// Check boxes and radio buttons react to a click anywhere on them, not only on their
+// box and text.
+template <class Base>
+class TWholeAreaButton : public Base {
+protected:
+  bool hitButton(const QPoint& pos) const override { return this->rect().contains(pos); }
+};
+
 // Buttons show their accelerator but leave the key to the form (Qt would make it a shortcut).
 void SetButtonText(QAbstractButton* b, const QString& text) {
   b->setText(text);
@@ -577,7 +585,7 @@ TCustomCheckBox::TCustomCheckBox(TComponent* owner) : TButtonControl(owner), FAl
 QCheckBox* TCustomCheckBox::CheckBox() const { return qobject_cast<QCheckBox*>(Widget()); }
 
 void TCustomCheckBox::CreateWidget() {
-  auto* b = new QCheckBox();
+  auto* b = new TWholeAreaButton<QCheckBox>();
   b->setFocusPolicy(Qt::StrongFocus);
   QObject::connect(b, &QCheckBox::clicked, b, [this] {
     Guard([this] {
@@ -673,7 +681,7 @@ TRadioButton::TRadioButton(TComponent* owner) : TButtonControl(owner), FAlignmen
 QRadioButton* TRadioButton::RadioButton() const { return qobject_cast<QRadioButton*>(Widget()); }
 
 void TRadioButton::CreateWidget() {
-  auto* b = new QRadioButton();
+  auto* b = new TWholeAreaButton<QRadioButton>();
   b->setAutoExclusive(false);
   b->setFocusPolicy(Qt::StrongFocus);
   QObject::connect(b, &QRadioButton::clicked, b, [this] {
@@ -756,10 +764,12 @@ void TCustomListBox::CreateWidget() {
   auto* l = new QListWidget();
   l->setFocusPolicy(Qt::StrongFocus);
   l->setUniformItemSizes(true);
-  QObject::connect(l, &QListWidget::currentRowChanged, l, [this](int row) {
-    Guard([this, row] {
+  // A change of the selection is the user's click (the current row that Qt sets when the
+  // list gets the focus selects nothing, as a list box does).
+  QObject::connect(l, &QListWidget::itemSelectionChanged, l, [this, l] {
+    Guard([this, l] {
       if (FFilling) return;
-      FItemIndex = row;
+      FItemIndex = l->currentRow();
       Click();
     });
   });
