@@ -7,7 +7,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-dev
-  fonts-liberation fonts-wine fonts-dejavu-core
+  fonts-liberation fonts-wine fonts-dejavu-core fonts-wqy-microhei
   xvfb xauth
 )
 
