@@ -8,6 +8,7 @@
 #include "platform/vcl/VclClasses.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QFile>
 #include <QPainter>
 #include <QPixmap>
@@ -55,16 +56,31 @@ TFormLoadResult LoadFormFile(TCustomForm* form, std::string_view data) {
 
 namespace {
 
-// The classic caption buttons: minimise, maximise, close.
-void DrawCaptionButton(QPainter& p, const QRect& r, int kind) {
+// The classic caption buttons: minimise, maximise, close; a button the window does not
+// have beside one it has is drawn greyed.
+void DrawCaptionButton(QPainter& p, const QRect& r, int kind, bool enabled = true) {
   QRect edge = r;
   DrawRaisedEdge(p, edge);
   p.fillRect(edge, ColorToQColor(clBtnFace));
-  p.setPen(ColorToQColor(clBtnText));
+  if (!enabled) {
+    // Embossed: the glyph in white one pixel down and right, then in grey.
+    p.save();
+    p.translate(1, 1);
+    p.setPen(ColorToQColor(clBtnHighlight));
+    if (kind == 0) {
+      p.fillRect(QRect(r.left() + 4, r.bottom() - 4, 6, 2), ColorToQColor(clBtnHighlight));
+    } else {
+      p.drawRect(QRect(r.left() + 3, r.top() + 2, 8, 8));
+      p.drawLine(r.left() + 3, r.top() + 3, r.left() + 11, r.top() + 3);
+    }
+    p.restore();
+  }
+  const QColor glyph = ColorToQColor(enabled ? clBtnText : clGrayText);
+  p.setPen(glyph);
   const int cx = r.center().x(), cy = r.center().y();
   switch (kind) {
     case 0:  // minimise: a bar at the bottom
-      p.fillRect(QRect(r.left() + 4, r.bottom() - 4, 6, 2), ColorToQColor(clBtnText));
+      p.fillRect(QRect(r.left() + 4, r.bottom() - 4, 6, 2), glyph);
       break;
     case 1:  // maximise: a window outline with a thick top
       p.drawRect(QRect(r.left() + 3, r.top() + 2, 8, 8));
@@ -85,6 +101,8 @@ QImage RenderForm(TCustomForm* form) {
   QWidget* window = form->Handle();
   if (!window) return {};
   const bool wasVisible = form->Visible();
+  // No pointer hovers over the picture.
+  QCursor::setPos(-1000, -1000);
   if (!wasVisible) form->Show();
   QApplication::processEvents();
   const QPixmap inside = window->grab();
@@ -134,8 +152,8 @@ QImage RenderForm(TCustomForm* form) {
       if (minMax) {
         QRect max(close.left() - 2 - bw, close.top(), bw, bh);
         QRect min(max.left() - bw, close.top(), bw, bh);
-        DrawCaptionButton(p, max, 1);
-        DrawCaptionButton(p, min, 0);
+        DrawCaptionButton(p, max, 1, form->BorderIcons().Contains(biMaximize) && form->BorderStyle() == bsSizeable);
+        DrawCaptionButton(p, min, 0, form->BorderIcons().Contains(biMinimize));
         buttonsLeft = min.left();
       }
     }

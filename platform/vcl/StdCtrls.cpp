@@ -227,6 +227,8 @@ void TCustomEdit::UpdateWidgetText() {
   if (e->text() != text) {
     FSyncing = true;
     e->setText(text);
+    // Text set by the program shows from its start, as an edit's does.
+    e->setCursorPosition(0);
     FSyncing = false;
   }
 }
