@@ -1,6 +1,7 @@
 #include "platform/vcl/VclClasses.h"
 
 #include "platform/vcl/ActnList.h"
+#include "platform/vcl/CheckLst.h"
 #include "platform/vcl/Buttons.h"
 #include "platform/vcl/ComCtrls.h"
 #include "platform/vcl/Controls.h"
@@ -25,4 +26,5 @@ void RegisterVclClasses() {
   RegisterActnListClasses();
   RegisterDialogsClasses();
   RegisterComCtrlsClasses();
+  RegisterCheckLstClasses();
 }
