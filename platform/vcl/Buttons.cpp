@@ -312,10 +312,7 @@ void TBitBtn::Paint(QPainter& p) {
   const QRect client(2, 2, FWidth - 4, FHeight - 4);
   PaintFace(p, client, this, glyph, FLayout, FMargin, FSpacing, FEnabled, down ? QPoint(1, 1) : QPoint());
   if (b && b->hasFocus()) {
-    QPen pen(ColorToQColor(clBtnText), 1, Qt::DotLine);
-    p.setPen(pen);
-    p.setBrush(Qt::NoBrush);
-    p.drawRect(QRect(4, 4, FWidth - 9, FHeight - 9));
+    DrawFocusRect(p, QRect(4, 4, FWidth - 8, FHeight - 8), ColorToQColor(clBtnText));
   }
 }
 

@@ -153,3 +153,22 @@ void DrawCaption(QPainter& p, const QRect& rect, const QFont& font, const QStrin
   }
   p.restore();
 }
+
+void DrawFocusRect(QPainter& p, const QRect& rect, const QColor& color) {
+  if (rect.width() <= 0 || rect.height() <= 0) return;
+  p.save();
+  p.setPen(Qt::NoPen);
+  const QBrush brush(color);
+  auto dot = [&](int x, int y) {
+    if (((x - rect.left()) + (y - rect.top())) % 2 == 0) p.fillRect(x, y, 1, 1, brush);
+  };
+  for (int x = rect.left(); x <= rect.right(); ++x) {
+    dot(x, rect.top());
+    dot(x, rect.bottom());
+  }
+  for (int y = rect.top() + 1; y < rect.bottom(); ++y) {
+    dot(rect.left(), y);
+    dot(rect.right(), y);
+  }
+  p.restore();
+}

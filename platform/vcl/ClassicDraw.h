@@ -19,6 +19,8 @@ void Frame3D(QPainter& p, QRect& rect, const QColor& topLeft, const QColor& bott
 void DrawSunkenEdge(QPainter& p, QRect& rect);
 void DrawRaisedEdge(QPainter& p, QRect& rect);
 void DrawEtchedRect(QPainter& p, const QRect& rect);
+// The dotted frame of the focused item: every other pixel of the rectangle's edge.
+void DrawFocusRect(QPainter& p, const QRect& rect, const QColor& color);
 
 enum class TTextHAlign { Left, Right, Center };
 enum class TTextVAlign { Top, Center, Bottom };

@@ -68,7 +68,10 @@ void TMessageLoop::AboutToBlock() {
 bool TMessageLoop::IsRepeatDelivery(QObject* receiver, QEvent* event) {
   // Qt hands one key event to the window and then to the focus widget and its parents;
   // the message was looked at on its first stop.
-  if (event == FLastKey && FLastKeyReceiver) {
+  const auto* key = static_cast<const QKeyEvent*>(event);
+  const int modifiers = static_cast<int>(key->modifiers().toInt());
+  if (event == FLastKey && FLastKeyReceiver && event->type() == FLastKeyType && key->key() == FLastKeyCode &&
+      modifiers == FLastKeyModifiers) {
     QObject* last = FLastKeyReceiver.data();
     if (receiver->isWidgetType()) {
       auto* w = static_cast<QWidget*>(receiver);
@@ -85,6 +88,9 @@ bool TMessageLoop::IsRepeatDelivery(QObject* receiver, QEvent* event) {
   }
   FLastKey = event;
   FLastKeyReceiver = receiver;
+  FLastKeyType = event->type();
+  FLastKeyCode = key->key();
+  FLastKeyModifiers = modifiers;
   return false;
 }
 

@@ -77,6 +77,11 @@ private:
   long long FIdleCount = 0;
   Qt::KeyboardModifiers FKeyModifiers;
   const QEvent* FLastKey = nullptr;
+  // What the last key event was: an event made at the address of the last one is new
+  // unless it is the same kind of event for the same key.
+  int FLastKeyType = 0;
+  int FLastKeyCode = 0;
+  int FLastKeyModifiers = 0;
   QPointer<QObject> FLastKeyReceiver;
 };
 

@@ -317,7 +317,11 @@ int TCustomEdit::SelStart() const {
 }
 
 void TCustomEdit::SetSelStart(int value) {
-  if (QLineEdit* e = LineEdit()) e->setCursorPosition(value);
+  // The selection shrinks to the caret.
+  if (QLineEdit* e = LineEdit()) {
+    e->deselect();
+    e->setCursorPosition(value);
+  }
 }
 
 int TCustomEdit::SelLength() const {

@@ -8,6 +8,7 @@
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/ExtCtrls.h"
 #include "platform/vcl/Forms.h"
+#include "platform/vcl/Grids.h"
 #include "platform/vcl/Graphics.h"
 #include "platform/vcl/ImgList.h"
 #include "platform/vcl/Menus.h"
@@ -27,4 +28,5 @@ void RegisterVclClasses() {
   RegisterDialogsClasses();
   RegisterComCtrlsClasses();
   RegisterCheckLstClasses();
+  RegisterGridsClasses();
 }

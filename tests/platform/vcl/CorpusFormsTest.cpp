@@ -25,7 +25,7 @@ namespace {
 // Published by later versions of these classes, not by the ones this layer follows: a
 // stream that has them gets "Property ... does not exist", as it would have then.
 const std::set<std::string> kLaterProperties = {
-    "AlignWithMargins", "AutoCheck", "AutoComplete", "AutoHotkeys", "AutoLineReduction", "BevelEdges", "BevelKind",
+    "AlignWithMargins", "AutoCheck", "AutoComplete", "Customizable", "AutoHotkeys", "AutoLineReduction", "BevelEdges", "BevelKind",
     "CustomHint", "DesignSize", "DoubleBuffered", "ExplicitHeight", "ExplicitLeft", "ExplicitTop", "ExplicitWidth",
     "HelpKeyword", "HelpType", "Margins", "MenuAnimation", "NumbersOnly", "OnContextPopup", "OnMouseEnter",
     "OnMouseLeave", "Padding", "ParentBackground", "ParentCustomHint", "ParentDoubleBuffered", "Proportional",
