@@ -157,6 +157,27 @@ private:
   S FSet;
 };
 
+// The class an accessor works on. A getter or setter that is a member of an ancestor
+// keys the accessor on that ancestor, so every class publishing the same inherited
+// member shares one accessor type instead of compiling its own.
+template <class C, class F>
+struct TMemberOwner {
+  using type = C;
+};
+template <class C, class R, class B>
+struct TMemberOwner<C, R B::*> {
+  using type = std::conditional_t<std::is_base_of_v<TObject, B> && std::is_base_of_v<B, C>, B, C>;
+};
+
+template <class C, class G, class S>
+struct TAccessOwner {
+  using GetOwner = typename TMemberOwner<C, G>::type;
+  using SetOwner = std::conditional_t<std::is_same_v<S, std::nullptr_t>, GetOwner, typename TMemberOwner<C, S>::type>;
+  // The more derived of the two, when they lie on one line of descent; else C itself.
+  using type = std::conditional_t<std::is_base_of_v<GetOwner, SetOwner>, SetOwner,
+                                  std::conditional_t<std::is_base_of_v<SetOwner, GetOwner>, GetOwner, C>>;
+};
+
 }  // namespace rtti_detail
 
 // Refines a property just published: its default, its `stored` clause.
@@ -207,7 +228,8 @@ public:
     static_assert(rtti_detail::KindOf<T>() != tkUnknown, "this type cannot be published; enumerations need LUMORA_ENUM");
     TPropInfo& p = FDesc.AddProperty(name);
     p.TypeFn = &rtti_detail::InfoFn<T>;
-    p.Access = std::make_shared<rtti_detail::TPropAccessT<C, T, G, S>>(getter, setter);
+    using Owner = typename rtti_detail::TAccessOwner<C, G, S>::type;
+    p.Access = std::make_shared<rtti_detail::TPropAccessT<Owner, T, G, S>>(getter, setter);
     return TPropBuilder<C>(p);
   }
   // A read-only property.
