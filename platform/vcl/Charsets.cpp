@@ -48,18 +48,37 @@ const char* IconvName(int codePage) {
   }
 }
 
-// One converter per direction and code page, opened on first use and kept.
-iconv_t Converter(int codePage, bool toUnicode) {
-  thread_local std::map<std::pair<int, bool>, iconv_t> cache;
-  const auto key = std::make_pair(codePage, toUnicode);
-  auto it = cache.find(key);
-  if (it != cache.end()) return it->second;
-  iconv_t cd = toUnicode ? iconv_open("UTF-16LE", IconvName(codePage)) : iconv_open(IconvName(codePage), "UTF-16LE");
-  cache.emplace(key, cd);
-  return cd;
-}
-
 bool Valid(iconv_t cd) { return cd != reinterpret_cast<iconv_t>(-1); }
+
+// Converters opened on first use and kept for the thread's life; closed when it ends.
+class TConverterCache {
+ public:
+  TConverterCache() = default;
+  TConverterCache(const TConverterCache&) = delete;
+  TConverterCache& operator=(const TConverterCache&) = delete;
+  ~TConverterCache() {
+    for (auto& entry : FConverters)
+      if (Valid(entry.second)) iconv_close(entry.second);
+  }
+
+  iconv_t Get(int codePage, bool toUnicode) {
+    const auto key = std::make_pair(codePage, toUnicode);
+    auto it = FConverters.find(key);
+    if (it != FConverters.end()) return it->second;
+    iconv_t cd = toUnicode ? iconv_open("UTF-16LE", IconvName(codePage)) : iconv_open(IconvName(codePage), "UTF-16LE");
+    FConverters.emplace(key, cd);
+    return cd;
+  }
+
+ private:
+  std::map<std::pair<int, bool>, iconv_t> FConverters;
+};
+
+// One converter per direction and code page.
+iconv_t Converter(int codePage, bool toUnicode) {
+  thread_local TConverterCache cache;
+  return cache.Get(codePage, toUnicode);
+}
 
 // Writes out what a decoder holds back and returns it to its initial state.
 void FlushDecoder(iconv_t cd, std::vector<char16_t>& out, QString& result) {
