@@ -135,7 +135,8 @@ void TWriter::WriteProperty(TPersistent* instance, const TPropInfo* prop) {
       WritePropName(prop->Name);
       if (type->FloatType == ftSingle) FWriter.WriteSingle(static_cast<float>(value));
       else if (type->FloatType == ftCurr) FWriter.WriteCurrency(std::llrint(value * 10000.0L));
-      else if (type->Name == "TDateTime") FWriter.WriteDate(static_cast<double>(value));
+      // Date and time properties go out as plain floats, as real form files have them;
+      // only variants holding a date are written as dates.
       else FWriter.WriteExtended(value);
       return;
     }
