@@ -16,7 +16,12 @@
 #include <QFontMetrics>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QCalendarWidget>
+#include <QDateTimeEdit>
 #include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSlider>
 #include <QIcon>
 #include <QPixmap>
 #include <QScrollBar>
@@ -31,6 +36,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -4587,6 +4593,8 @@ void TToolBar::ArrangeButtons() {
 
 bool TToolBar::CanAutoSize(int& newWidth, int& newHeight) {
   if (FAlign == alLeft || FAlign == alRight) return false;
+  // On a cool bar the band gives the height.
+  if (dynamic_cast<TCoolBar*>(Parent())) return false;
   const TRect m = NonClientMargins();
   newHeight = FRowCount * FButtonHeight + m.Top + m.Bottom;
   (void)newWidth;
@@ -4704,9 +4712,1531 @@ void TToolBar::SetWrapable(bool value) {
 }
 
 // ---------------------------------------------------------------------------------------
+// TProgressBar
+
+LUMORA_CLASS_IMPL(TProgressBar) {
+  PublishControlProperties(c, {"Align", "Anchors", "BorderWidth", "Constraints", "DragCursor", "DragKind", "DragMode",
+                               "Enabled"});
+  c.Property("Min", &TProgressBar::Min, &TProgressBar::SetMin).NoDefault();
+  c.Property("Max", &TProgressBar::Max, &TProgressBar::SetMax).NoDefault();
+  c.Property("Orientation", &TProgressBar::Orientation, &TProgressBar::SetOrientation).Default(pbHorizontal);
+  PublishControlProperties(c, {"ParentShowHint", "PopupMenu"});
+  c.Property("Position", &TProgressBar::Position, &TProgressBar::SetPosition).Default(0);
+  c.Property("Smooth", &TProgressBar::Smooth, &TProgressBar::SetSmooth).Default(false);
+  c.Property("Step", &TProgressBar::Step, &TProgressBar::SetStep).Default(10);
+  PublishControlProperties(c, {"ShowHint", "TabOrder", "TabStop", "Visible", "OnDragDrop", "OnDragOver", "OnEndDock",
+                               "OnEndDrag", "OnEnter", "OnExit", "OnMouseDown", "OnMouseMove", "OnMouseUp",
+                               "OnStartDock", "OnStartDrag"});
+}
+
+TProgressBar::TProgressBar(TComponent* owner) : TWinControl(owner) {
+  FWidth = 150;
+  FHeight = 16;
+  FColor = clBtnFace;
+}
+
+void TProgressBar::CreateWidget() { AdoptWidget(new TPaintedWidget(this, true)); }
+
+void TProgressBar::SetMin(int value) {
+  FMin = value;
+  if (!Loading(this) && FMax < FMin) FMax = FMin;
+  FPosition = std::max(FPosition, FMin);
+  Invalidate();
+}
+
+void TProgressBar::SetMax(int value) {
+  FMax = value;
+  if (!Loading(this) && FMin > FMax) FMin = FMax;
+  FPosition = std::min(FPosition, std::max(FMax, FMin));
+  Invalidate();
+}
+
+void TProgressBar::SetPosition(int value) {
+  value = Loading(this) ? value : std::clamp(value, std::min(FMin, FMax), std::max(FMin, FMax));
+  if (FPosition == value) return;
+  FPosition = value;
+  Invalidate();
+}
+
+void TProgressBar::SetSmooth(bool value) {
+  FSmooth = value;
+  Invalidate();
+}
+
+void TProgressBar::SetOrientation(TProgressBarOrientation value) {
+  FOrientation = value;
+  Invalidate();
+}
+
+void TProgressBar::StepBy(int delta) {
+  long long p = static_cast<long long>(FPosition) + delta;
+  if (p > FMax) p = FMin + (p - FMax) - 1;
+  if (p < FMin) p = FMin;
+  FPosition = static_cast<int>(std::clamp<long long>(p, FMin, std::max(FMin, FMax)));
+  Invalidate();
+}
+
+void TProgressBar::StepIt() { StepBy(FStep); }
+
+int TProgressBar::FilledLength() const {
+  const int length = (FOrientation == pbHorizontal ? FWidth : FHeight) - 4;
+  if (FMax <= FMin || length <= 0) return 0;
+  const double part = static_cast<double>(std::clamp(FPosition, FMin, FMax) - FMin) / (static_cast<double>(FMax) - FMin);
+  return static_cast<int>(std::lround(part * length));
+}
+
+void TProgressBar::Paint(QPainter& painter) {
+  painter.fillRect(QRect(0, 0, FWidth, FHeight), Sys(FColor));
+  QRect r(0, 0, FWidth, FHeight);
+  Frame3D(painter, r, Sys(clBtnShadow), Sys(clBtnHighlight));
+  r.adjust(1, 1, -1, -1);
+  const int filled = FilledLength();
+  if (filled <= 0 || r.width() <= 0 || r.height() <= 0) return;
+  const QColor bar = Sys(clHighlight);
+  const bool horizontal = FOrientation == pbHorizontal;
+  if (FSmooth) {
+    painter.fillRect(horizontal ? QRect(r.left(), r.top(), filled, r.height())
+                                : QRect(r.left(), r.bottom() + 1 - filled, r.width(), filled),
+                     bar);
+    return;
+  }
+  // Blocks two thirds as long as the bar is thick, two pixels apart.
+  const int thick = horizontal ? r.height() : r.width();
+  const int block = std::max(2, thick * 2 / 3);
+  for (int pos = 0; pos < filled; pos += block + 2) {
+    const int len = std::min(block, (horizontal ? r.width() : r.height()) - pos);
+    if (len <= 0) break;
+    painter.fillRect(horizontal ? QRect(r.left() + pos, r.top(), len, r.height())
+                                : QRect(r.left(), r.bottom() + 1 - pos - len, r.width(), len),
+                     bar);
+  }
+}
+
+// ---------------------------------------------------------------------------------------
+// TTrackBar
+
+LUMORA_CLASS_IMPL(TTrackBar) {
+  PublishControlProperties(c, {"Align", "Anchors", "BorderWidth", "Ctl3D", "DragCursor", "DragKind", "DragMode",
+                               "Enabled", "Constraints"});
+  c.Property("LineSize", &TTrackBar::LineSize, &TTrackBar::SetLineSize).Default(1);
+  c.Property("Max", &TTrackBar::Max, &TTrackBar::SetMax).Default(10);
+  c.Property("Min", &TTrackBar::Min, &TTrackBar::SetMin).Default(0);
+  c.Property("Orientation", &TTrackBar::Orientation, &TTrackBar::SetOrientation).NoDefault();
+  PublishControlProperties(c, {"ParentCtl3D", "ParentShowHint"});
+  c.Property("PageSize", &TTrackBar::PageSize, &TTrackBar::SetPageSize).Default(2);
+  PublishControlProperties(c, {"PopupMenu"});
+  c.Property("Frequency", &TTrackBar::Frequency, &TTrackBar::SetFrequency).NoDefault();
+  c.Property("Position", &TTrackBar::Position, &TTrackBar::SetPosition).NoDefault();
+  c.Property("SliderVisible", &TTrackBar::SliderVisible, &TTrackBar::SetSliderVisible).Default(true);
+  c.Property("SelEnd", &TTrackBar::SelEnd, &TTrackBar::SetSelEnd).NoDefault();
+  c.Property("SelStart", &TTrackBar::SelStart, &TTrackBar::SetSelStart).NoDefault();
+  PublishControlProperties(c, {"ShowHint", "TabOrder", "TabStop"});
+  c.Property("ThumbLength", &TTrackBar::ThumbLength, &TTrackBar::SetThumbLength).Default(20);
+  c.Property("TickMarks", &TTrackBar::TickMarks, &TTrackBar::SetTickMarks).NoDefault();
+  c.Property("TickStyle", &TTrackBar::TickStyle, &TTrackBar::SetTickStyle).NoDefault();
+  PublishControlProperties(c, {"Visible"});
+  c.Property("OnChange", &TTrackBar::OnChange, &TTrackBar::OnChange);
+  PublishControlProperties(c, {"OnDragDrop", "OnDragOver", "OnEndDock", "OnEndDrag", "OnEnter", "OnExit", "OnKeyDown",
+                               "OnKeyPress", "OnKeyUp", "OnStartDock", "OnStartDrag"});
+  c.Property("TabStop").Default(true);
+}
+
+TTrackBar::TTrackBar(TComponent* owner) : TWinControl(owner) {
+  FWidth = 150;
+  FHeight = 45;
+  FTabStop = true;
+  FColor = clBtnFace;
+}
+
+QSlider* TTrackBar::Slider() const { return qobject_cast<QSlider*>(Widget()); }
+
+void TTrackBar::CreateWidget() {
+  auto* s = new QSlider();
+  s->setFocusPolicy(Qt::StrongFocus);
+  QObject::connect(s, &QSlider::valueChanged, s, [this](int value) {
+    TMessageLoop::Instance().Guarded([&] {
+      if (FSyncing || value == FPosition) return;
+      FPosition = value;
+      Changed();
+    });
+  });
+  AdoptWidget(s);
+}
+
+void TTrackBar::UpdateWidgetText() {
+  QSlider* s = Slider();
+  if (!s) return;
+  FSyncing = true;
+  const bool vertical = FOrientation == trVertical;
+  s->setOrientation(vertical ? Qt::Vertical : Qt::Horizontal);
+  // The platform's vertical track bar has its minimum at the top.
+  s->setInvertedAppearance(vertical);
+  s->setInvertedControls(false);
+  s->setRange(std::min(FMin, FMax), std::max(FMin, FMax));
+  s->setSingleStep(FLineSize);
+  s->setPageStep(FPageSize);
+  s->setValue(FPosition);
+  s->setTickInterval(std::max(1, FFrequency));
+  QSlider::TickPosition ticks = QSlider::NoTicks;
+  if (FTickStyle == tsAuto) {
+    ticks = FTickMarks == tmBoth      ? QSlider::TicksBothSides
+            : FTickMarks == tmTopLeft ? QSlider::TicksAbove
+                                      : QSlider::TicksBelow;
+  }
+  s->setTickPosition(ticks);
+  FSyncing = false;
+}
+
+void TTrackBar::Changed() {
+  if (OnChange && !Loading(this)) OnChange(this);
+}
+
+void TTrackBar::SetFrequency(int value) {
+  FFrequency = value;
+  UpdateWidgetText();
+}
+
+void TTrackBar::SetLineSize(int value) {
+  FLineSize = value;
+  UpdateWidgetText();
+}
+
+void TTrackBar::SetMax(int value) {
+  FMax = value;
+  if (!Loading(this)) {
+    if (FMin > FMax) FMin = FMax;
+    FPosition = std::clamp(FPosition, FMin, FMax);
+  }
+  UpdateWidgetText();
+}
+
+void TTrackBar::SetMin(int value) {
+  FMin = value;
+  if (!Loading(this)) {
+    if (FMax < FMin) FMax = FMin;
+    FPosition = std::clamp(FPosition, FMin, FMax);
+  }
+  UpdateWidgetText();
+}
+
+void TTrackBar::SetOrientation(TTrackBarOrientation value) {
+  if (FOrientation == value) return;
+  FOrientation = value;
+  // Turning the bar swaps its width and height, as the designer does.
+  if (!Loading(this)) SetBounds(FLeft, FTop, FHeight, FWidth);
+  UpdateWidgetText();
+}
+
+void TTrackBar::SetPageSize(int value) {
+  FPageSize = value;
+  UpdateWidgetText();
+}
+
+void TTrackBar::SetPosition(int value) {
+  if (!Loading(this)) value = std::clamp(value, std::min(FMin, FMax), std::max(FMin, FMax));
+  if (FPosition == value) return;
+  FPosition = value;
+  UpdateWidgetText();
+  Changed();
+}
+
+void TTrackBar::SetSelEnd(int value) {
+  FSelEnd = value;
+  Invalidate();
+}
+
+void TTrackBar::SetSelStart(int value) {
+  FSelStart = value;
+  Invalidate();
+}
+
+void TTrackBar::SetSliderVisible(bool value) {
+  FSliderVisible = value;
+  Invalidate();
+}
+
+void TTrackBar::SetTickMarks(TTickMark value) {
+  FTickMarks = value;
+  UpdateWidgetText();
+}
+
+void TTrackBar::SetTickStyle(TTickStyle value) {
+  FTickStyle = value;
+  UpdateWidgetText();
+}
+
+// ---------------------------------------------------------------------------------------
+// TCustomUpDown
+
+LUMORA_CLASS_IMPL(TCustomUpDown) {}
+
+TCustomUpDown::TCustomUpDown(TComponent* owner) : TWinControl(owner) {
+  FWidth = 15;  // the platform's width of an up-down control
+  FHeight = 25;
+  FColor = clBtnFace;
+}
+
+void TCustomUpDown::CreateWidget() { AdoptWidget(new TPaintedWidget(this, true)); }
+
+void TCustomUpDown::SetAssociate(TWinControl* value) {
+  if (FAssociate == value) return;
+  if (FAssociate) FAssociate->RemoveFreeNotification(this);
+  FAssociate = value;
+  if (FAssociate) {
+    FAssociate->FreeNotification(this);
+    if (!Loading(this)) UpdateAssociate();
+  }
+}
+
+void TCustomUpDown::Notification(TComponent* component, TOperation operation) {
+  TWinControl::Notification(component, operation);
+  if (operation == opRemove && component == FAssociate) FAssociate = nullptr;
+}
+
+void TCustomUpDown::Loaded() {
+  TWinControl::Loaded();
+  UpdateAssociate();
+}
+
+void TCustomUpDown::SetMax(int value) {
+  FMax = value;
+  Invalidate();
+}
+
+void TCustomUpDown::SetMin(int value) {
+  FMin = value;
+  Invalidate();
+}
+
+void TCustomUpDown::SetOrientation(TUDOrientation value) {
+  FOrientation = value;
+  Invalidate();
+}
+
+void TCustomUpDown::SetPosition(int value) {
+  if (!Loading(this)) value = std::clamp(value, std::min(FMin, FMax), std::max(FMin, FMax));
+  FPosition = value;
+  if (!Loading(this)) UpdateAssociate();
+}
+
+void TCustomUpDown::SetThousands(bool value) {
+  FThousands = value;
+  if (!Loading(this)) UpdateAssociate();
+}
+
+void TCustomUpDown::UpdateAssociate() {
+  if (!FAssociate) return;
+  std::string digits = std::to_string(FPosition < 0 ? -static_cast<long long>(FPosition) : FPosition);
+  if (FThousands) {
+    for (int i = static_cast<int>(digits.size()) - 3; i > 0; i -= 3) digits.insert(static_cast<std::size_t>(i), ",");
+  }
+  FAssociate->SetText((FPosition < 0 ? "-" : "") + digits);
+}
+
+bool TCustomUpDown::CanChange() {
+  bool allow = true;
+  if (OnChanging) OnChanging(this, allow);
+  return allow;
+}
+
+TUDBtnType TCustomUpDown::ButtonAt(int x, int y) const {
+  if (FOrientation == udVertical) return y < FHeight / 2 ? btNext : btPrev;
+  return x >= FWidth / 2 ? btNext : btPrev;
+}
+
+void TCustomUpDown::ButtonClick(TUDBtnType button) {
+  // The number in the associated control counts, in case the user typed one.
+  if (FAssociate) {
+    std::string text = FAssociate->Text();
+    text.erase(std::remove(text.begin(), text.end(), ','), text.end());
+    try {
+      const int typed = static_cast<int>(StrToInt(Trim(text)));
+      FPosition = std::clamp(typed, std::min(FMin, FMax), std::max(FMin, FMax));
+    } catch (const EConvertError&) {
+    }
+  }
+  if (CanChange()) {
+    const long long step = button == btNext ? FIncrement : -static_cast<long long>(FIncrement);
+    long long p = static_cast<long long>(FPosition) + step;
+    const int lo = std::min(FMin, FMax);
+    const int hi = std::max(FMin, FMax);
+    if (p > hi) p = FWrap ? lo : hi;
+    if (p < lo) p = FWrap ? hi : lo;
+    FPosition = static_cast<int>(p);
+    UpdateAssociate();
+  }
+  if (OnClick) OnClick(this, button);
+}
+
+void TCustomUpDown::MouseDown(TMouseButton button, TShiftState shift, int x, int y) {
+  if (button == mbLeft && !Designing() && FEnabled) {
+    const TUDBtnType b = ButtonAt(x, y);
+    FPressed = b;
+    Invalidate();
+    ButtonClick(b);
+  }
+  TWinControl::MouseDown(button, shift, x, y);
+}
+
+void TCustomUpDown::MouseUp(TMouseButton button, TShiftState shift, int x, int y) {
+  if (FPressed >= 0) {
+    FPressed = -1;
+    Invalidate();
+  }
+  TWinControl::MouseUp(button, shift, x, y);
+}
+
+void TCustomUpDown::KeyDown(Word& key, TShiftState shift) {
+  TWinControl::KeyDown(key, shift);
+  if (!FArrowKeys || key == 0) return;
+  if (key == VK_UP || key == VK_RIGHT) {
+    ButtonClick(btNext);
+    key = 0;
+  } else if (key == VK_DOWN || key == VK_LEFT) {
+    ButtonClick(btPrev);
+    key = 0;
+  }
+}
+
+void TCustomUpDown::Paint(QPainter& painter) {
+  painter.fillRect(QRect(0, 0, FWidth, FHeight), Sys(clBtnFace));
+  const bool vertical = FOrientation == udVertical;
+  const QRect first = vertical ? QRect(0, 0, FWidth, FHeight / 2) : QRect(0, 0, FWidth / 2, FHeight);
+  const QRect second = vertical ? QRect(0, FHeight / 2, FWidth, FHeight - FHeight / 2)
+                                : QRect(FWidth / 2, 0, FWidth - FWidth / 2, FHeight);
+  // The first part is "next" for a vertical control (up), "previous" for a horizontal one (left).
+  const TUDBtnType firstType = vertical ? btNext : btPrev;
+  auto button = [&](QRect r, TUDBtnType type, int direction) {
+    QRect edge = r;
+    if (FPressed == type) {
+      Frame3D(painter, edge, Sys(clBtnShadow), Sys(clBtnShadow));
+    } else {
+      Frame3D(painter, edge, Sys(cl3DLight), Sys(cl3DDkShadow));
+      Frame3D(painter, edge, Sys(clBtnHighlight), Sys(clBtnShadow));
+    }
+    // A small arrow: up, down, left or right.
+    const QColor ink = FEnabled ? Sys(clBtnText) : Sys(clGrayText);
+    const int off = FPressed == type ? 1 : 0;
+    const int cx = r.left() + r.width() / 2 + off;
+    const int cy = r.top() + r.height() / 2 + off;
+    for (int i = 0; i < 3; ++i) {
+      switch (direction) {
+        case 0: HLine(painter, cx - i, cx + i + 1, cy - 1 + i, ink); break;
+        case 1: HLine(painter, cx - i, cx + i + 1, cy + 1 - i, ink); break;
+        case 2: VLine(painter, cx - 1 + i, cy - i, cy + i + 1, ink); break;
+        case 3: VLine(painter, cx + 1 - i, cy - i, cy + i + 1, ink); break;
+      }
+    }
+  };
+  button(first, firstType, vertical ? 0 : 2);
+  button(second, vertical ? btPrev : btNext, vertical ? 1 : 3);
+}
+
+LUMORA_CLASS_IMPL(TUpDown) {
+  c.Property("AlignButton", &TUpDown::AlignButton, &TUpDown::SetAlignButton).Default(udRight);
+  PublishControlProperties(c, {"Anchors"});
+  c.Property("Associate", &TUpDown::Associate, &TUpDown::SetAssociate);
+  c.Property("ArrowKeys", &TUpDown::ArrowKeys, &TUpDown::SetArrowKeys).Default(true);
+  PublishControlProperties(c, {"Enabled"});
+  c.Property("Min", &TUpDown::Min, &TUpDown::SetMin).NoDefault();
+  c.Property("Max", &TUpDown::Max, &TUpDown::SetMax).Default(100);
+  c.Property("Increment", &TUpDown::Increment, &TUpDown::SetIncrement).Default(1);
+  PublishControlProperties(c, {"Constraints"});
+  c.Property("Orientation", &TUpDown::Orientation, &TUpDown::SetOrientation).Default(udVertical);
+  PublishControlProperties(c, {"ParentShowHint", "PopupMenu"});
+  c.Property("Position", &TUpDown::Position, &TUpDown::SetPosition).NoDefault();
+  PublishControlProperties(c, {"ShowHint", "TabOrder", "TabStop"});
+  c.Property("Thousands", &TUpDown::Thousands, &TUpDown::SetThousands).Default(true);
+  PublishControlProperties(c, {"Visible"});
+  c.Property("Wrap", &TUpDown::Wrap, &TUpDown::SetWrap).NoDefault();
+  c.Property("OnChanging", &TUpDown::OnChanging, &TUpDown::OnChanging);
+  c.Property("OnClick", &TUpDown::OnClick, &TUpDown::OnClick);
+  PublishControlProperties(c, {"OnEnter", "OnExit", "OnMouseDown", "OnMouseMove", "OnMouseUp"});
+}
+
+// ---------------------------------------------------------------------------------------
+// TCustomHotKey
+
+LUMORA_CLASS_IMPL(TCustomHotKey) {}
+
+TCustomHotKey::TCustomHotKey(TComponent* owner) : TWinControl(owner) {
+  FWidth = 121;
+  FHeight = 25;
+  FTabStop = true;
+  FParentColor = false;
+  FColor = clWindow;
+}
+
+void TCustomHotKey::CreateWidget() {
+  auto* e = new QLineEdit();
+  e->setReadOnly(true);
+  e->setFocusPolicy(Qt::StrongFocus);
+  e->setContextMenuPolicy(Qt::NoContextMenu);
+  AdoptWidget(e);
+}
+
+void TCustomHotKey::UpdateWidgetText() {
+  auto* e = qobject_cast<QLineEdit*>(Widget());
+  if (!e) return;
+  const std::string text = FHotKey == 0 ? std::string("None") : ShortCutToText(FHotKey);
+  e->setText(QString::fromStdString(text));
+}
+
+void TCustomHotKey::SetHotKey(TShortCut value) {
+  if (FHotKey == value) return;
+  FHotKey = value;
+  UpdateWidgetText();
+}
+
+void TCustomHotKey::KeyDown(Word& key, TShiftState shift) {
+  TWinControl::KeyDown(key, shift);
+  if (key == 0 || Designing()) return;
+  // Modifiers alone make no hot key; Tab moves on as in any control.
+  if (key == VK_SHIFT || key == VK_CONTROL || key == VK_MENU) {
+    key = 0;
+    return;
+  }
+  if (key == VK_TAB) return;
+  const bool shiftDown = shift.Contains(ssShift);
+  const bool ctrl = shift.Contains(ssCtrl);
+  const bool alt = shift.Contains(ssAlt);
+  TShortCut shortCut = MakeShortCut(key, (shiftDown ? scShift : 0) | (ctrl ? scCtrl : 0) | (alt ? scAlt : 0));
+  if ((key == VK_BACK || key == VK_DELETE) && !shiftDown && !ctrl && !alt) shortCut = scNone;
+  // A combination of modifiers the control refuses gives way to Modifiers.
+  const THKInvalidKey combination = shiftDown && ctrl && alt ? hcShiftCtrlAlt
+                                    : ctrl && alt            ? hcCtrlAlt
+                                    : shiftDown && alt       ? hcShiftAlt
+                                    : shiftDown && ctrl      ? hcShiftCtrl
+                                    : alt                    ? hcAlt
+                                    : ctrl                   ? hcCtrl
+                                    : shiftDown              ? hcShift
+                                                             : hcNone;
+  if (shortCut != scNone && FInvalidKeys.Contains(combination)) {
+    int modifiers = 0;
+    if (FModifiers.Contains(hkShift)) modifiers |= scShift;
+    if (FModifiers.Contains(hkCtrl)) modifiers |= scCtrl;
+    if (FModifiers.Contains(hkAlt)) modifiers |= scAlt;
+    shortCut = MakeShortCut(key, modifiers);
+  }
+  key = 0;
+  if (shortCut == FHotKey) return;
+  SetHotKey(shortCut);
+  if (OnChange && !Loading(this)) OnChange(this);
+}
+
+LUMORA_CLASS_IMPL(THotKey) {
+  PublishControlProperties(c, {"Align", "Anchors", "BiDiMode", "Constraints", "Enabled"});
+  c.Property("HotKey", &THotKey::HotKey, &THotKey::SetHotKey).NoDefault();
+  c.Property("InvalidKeys", &THotKey::InvalidKeys, &THotKey::SetInvalidKeys).NoDefault();
+  c.Property("Modifiers", &THotKey::Modifiers, &THotKey::SetModifiers).NoDefault();
+  PublishControlProperties(c, {"ParentBiDiMode", "ParentShowHint", "PopupMenu", "ShowHint", "TabOrder", "TabStop",
+                               "Visible"});
+  c.Property("OnChange", &THotKey::OnChange, &THotKey::OnChange);
+  PublishControlProperties(c, {"OnEnter", "OnExit", "OnMouseDown", "OnMouseMove", "OnMouseUp"});
+  c.Property("TabStop").Default(true);
+}
+
+// ---------------------------------------------------------------------------------------
+// THeaderSection, THeaderSections, THeaderControl
+
+LUMORA_CLASS_IMPL(THeaderSection) {
+  c.Property("AllowClick", &THeaderSection::AllowClick, &THeaderSection::SetAllowClick).Default(true);
+  c.Property("Alignment", &THeaderSection::Alignment, &THeaderSection::SetAlignment).Default(taLeftJustify);
+  c.Property("AutoSize", &THeaderSection::AutoSize, &THeaderSection::SetAutoSize).Default(false);
+  c.Property("BiDiMode", &THeaderSection::BiDiMode, &THeaderSection::SetBiDiMode).Stored(&THeaderSection::IsBiDiModeStored);
+  c.Property("ImageIndex", &THeaderSection::ImageIndex, &THeaderSection::SetImageIndex).NoDefault();
+  c.Property("MaxWidth", &THeaderSection::MaxWidth, &THeaderSection::SetMaxWidth).Default(10000);
+  c.Property("MinWidth", &THeaderSection::MinWidth, &THeaderSection::SetMinWidth).Default(0);
+  c.Property("ParentBiDiMode", &THeaderSection::ParentBiDiMode, &THeaderSection::SetParentBiDiMode).Default(true);
+  c.Property("Style", &THeaderSection::Style, &THeaderSection::SetStyle).Default(hsText);
+  c.Property("Text", &THeaderSection::Text, &THeaderSection::SetText);
+  c.Property("Width", &THeaderSection::Width, &THeaderSection::SetWidth);
+}
+
+// The section joins its collection once its own fields exist: joining repaints the header.
+THeaderSection::THeaderSection(TCollection* collection) : TCollectionItem(nullptr) { SetCollection(collection); }
+
+void THeaderSection::Assign(TPersistent* source) {
+  if (auto* s = dynamic_cast<THeaderSection*>(source)) {
+    FAllowClick = s->FAllowClick;
+    FAlignment = s->FAlignment;
+    FAutoSize = s->FAutoSize;
+    FBiDiMode = s->FBiDiMode;
+    FParentBiDiMode = s->FParentBiDiMode;
+    FImageIndex = s->FImageIndex;
+    FMaxWidth = s->FMaxWidth;
+    FMinWidth = s->FMinWidth;
+    FStyle = s->FStyle;
+    FText = s->FText;
+    FWidth = s->FWidth;
+    Changed(false);
+    return;
+  }
+  TCollectionItem::Assign(source);
+}
+
+std::string THeaderSection::GetDisplayName() const {
+  return FText.empty() ? TCollectionItem::GetDisplayName() : FText;
+}
+
+void THeaderSection::SetAlignment(TAlignment value) {
+  FAlignment = value;
+  Changed(false);
+}
+
+void THeaderSection::SetAutoSize(bool value) {
+  FAutoSize = value;
+  Changed(true);
+}
+
+void THeaderSection::SetBiDiMode(TBiDiMode value) {
+  FBiDiMode = value;
+  FParentBiDiMode = false;
+  Changed(false);
+}
+
+void THeaderSection::SetImageIndex(int value) {
+  FImageIndex = value;
+  Changed(false);
+}
+
+void THeaderSection::SetMaxWidth(int value) {
+  FMaxWidth = value;
+  Changed(true);
+}
+
+void THeaderSection::SetMinWidth(int value) {
+  FMinWidth = value;
+  Changed(true);
+}
+
+void THeaderSection::SetStyle(THeaderSectionStyle value) {
+  FStyle = value;
+  Changed(false);
+}
+
+void THeaderSection::SetText(const std::string& value) {
+  FText = value;
+  Changed(false);
+}
+
+void THeaderSection::SetWidth(int value) {
+  if (Collection() && !static_cast<THeaderSections*>(Collection())->GetOwner()) return;
+  value = std::max(value, 0);
+  if (FMinWidth > 0) value = std::max(value, FMinWidth);
+  if (FMaxWidth > 0) value = std::min(value, FMaxWidth);
+  FWidth = value;
+  Changed(true);
+}
+
+int THeaderSection::Left() const {
+  int x = 0;
+  if (TCollection* c = Collection()) {
+    for (int i = 0; i < Index(); ++i) x += static_cast<THeaderSection*>(c->Items(i))->FWidth;
+  }
+  return x;
+}
+
+LUMORA_CLASS_IMPL(THeaderSections) {}
+
+THeaderSections::THeaderSections(THeaderControl* header) : TCollection(THeaderSection::StaticClass()), FHeader(header) {}
+
+TPersistent* THeaderSections::GetOwner() { return FHeader; }
+
+void THeaderSections::Update(TCollectionItem*) {
+  if (FHeader) FHeader->SectionsChanged();
+}
+
+LUMORA_CLASS_IMPL(THeaderControl) {
+  PublishControlProperties(c, {"Align", "Anchors", "BiDiMode", "BorderWidth", "DragCursor", "DragKind", "DragMode"});
+  c.Property("DragReorder", &THeaderControl::DragReorder, &THeaderControl::SetDragReorder).NoDefault();
+  PublishControlProperties(c, {"Enabled", "Font"});
+  c.Property("FullDrag", &THeaderControl::FullDrag, &THeaderControl::SetFullDrag).Default(true);
+  c.Property("HotTrack", &THeaderControl::HotTrack, &THeaderControl::SetHotTrack).Default(false);
+  c.Property("Images", &THeaderControl::Images, &THeaderControl::SetImages);
+  PublishControlProperties(c, {"Constraints"});
+  c.Property("Sections", &THeaderControl::Sections, &THeaderControl::SetSections);
+  PublishControlProperties(c, {"ShowHint"});
+  c.Property("Style", &THeaderControl::Style, &THeaderControl::SetStyle).Default(hsButtons);
+  PublishControlProperties(c, {"ParentBiDiMode", "ParentFont", "ParentShowHint", "PopupMenu", "Visible"});
+  c.Property("OnDrawSection", &THeaderControl::OnDrawSection, &THeaderControl::OnDrawSection);
+  PublishControlProperties(c, {"OnEndDock", "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp", "OnResize"});
+  c.Property("OnSectionClick", &THeaderControl::OnSectionClick, &THeaderControl::OnSectionClick);
+  c.Property("OnSectionResize", &THeaderControl::OnSectionResize, &THeaderControl::OnSectionResize);
+  c.Property("OnSectionTrack", &THeaderControl::OnSectionTrack, &THeaderControl::OnSectionTrack);
+  c.Property("OnSectionDrag", &THeaderControl::OnSectionDrag, &THeaderControl::OnSectionDrag);
+  c.Property("OnSectionEndDrag", &THeaderControl::OnSectionEndDrag, &THeaderControl::OnSectionEndDrag);
+  PublishControlProperties(c, {"OnStartDock", "OnStartDrag"});
+  c.Property("Align").Default(alTop);
+}
+
+THeaderControl::THeaderControl(TComponent* owner) : TWinControl(owner) {
+  FWidth = 150;
+  FHeight = 17;
+  FAlign = alTop;
+  FColor = clBtnFace;
+  FSections = new THeaderSections(this);
+}
+
+THeaderControl::~THeaderControl() {
+  DestroyWidget();
+  THeaderSections* sections = FSections;
+  FSections = nullptr;
+  delete sections;
+}
+
+void THeaderControl::CreateWidget() { AdoptWidget(new TPaintedWidget(this, true)); }
+
+void THeaderControl::SectionsChanged() {
+  if (FSections) Invalidate();
+}
+
+void THeaderControl::SetImages(TCustomImageList* value) {
+  if (FImages == value) return;
+  if (FImages) FImages->RemoveFreeNotification(this);
+  FImages = value;
+  if (FImages) FImages->FreeNotification(this);
+  Invalidate();
+}
+
+void THeaderControl::Notification(TComponent* component, TOperation operation) {
+  TWinControl::Notification(component, operation);
+  if (operation == opRemove && component == FImages) {
+    FImages = nullptr;
+    Invalidate();
+  }
+}
+
+void THeaderControl::SetStyle(THeaderStyle value) {
+  FStyle = value;
+  Invalidate();
+}
+
+THeaderSection* THeaderControl::SectionAt(int x) const {
+  for (int i = 0; i < FSections->Count(); ++i) {
+    THeaderSection* s = FSections->Items(i);
+    if (x >= s->Left() && x < s->Right()) return s;
+  }
+  return nullptr;
+}
+
+void THeaderControl::MouseDown(TMouseButton button, TShiftState shift, int x, int y) {
+  if (button == mbLeft && !Designing() && FEnabled) {
+    // Near a section's right edge: resize it; elsewhere: press it.
+    for (int i = 0; i < FSections->Count(); ++i) {
+      THeaderSection* s = FSections->Items(i);
+      if (std::abs(x - s->Right()) <= 3) {
+        FTracking = s;
+        FTrackOrigin = x;
+        FTrackStart = s->Width();
+        if (OnSectionTrack) OnSectionTrack(this, s, s->Width(), tsTrackBegin);
+        break;
+      }
+    }
+    if (!FTracking) {
+      FPressed = SectionAt(x);
+      if (FPressed && !FPressed->AllowClick()) FPressed = nullptr;
+      Invalidate();
+    }
+  }
+  TWinControl::MouseDown(button, shift, x, y);
+}
+
+void THeaderControl::MouseMove(TShiftState shift, int x, int y) {
+  if (FTracking) {
+    FTracking->SetWidth(FTrackStart + x - FTrackOrigin);
+    if (OnSectionTrack) OnSectionTrack(this, FTracking, FTracking->Width(), tsTrackMove);
+  }
+  TWinControl::MouseMove(shift, x, y);
+}
+
+void THeaderControl::MouseUp(TMouseButton button, TShiftState shift, int x, int y) {
+  if (FTracking) {
+    THeaderSection* s = FTracking;
+    FTracking = nullptr;
+    if (OnSectionTrack) OnSectionTrack(this, s, s->Width(), tsTrackEnd);
+    if (OnSectionResize) OnSectionResize(this, s);
+  } else if (FPressed) {
+    THeaderSection* s = FPressed;
+    FPressed = nullptr;
+    Invalidate();
+    if (SectionAt(x) == s && OnSectionClick) OnSectionClick(this, s);
+  }
+  TWinControl::MouseUp(button, shift, x, y);
+}
+
+void THeaderControl::Paint(QPainter& painter) {
+  painter.fillRect(QRect(0, 0, FWidth, FHeight), Sys(FColor));
+  auto drawButton = [&](QRect r, bool pressed) {
+    QRect edge = r;
+    if (pressed) {
+      Frame3D(painter, edge, Sys(clBtnShadow), Sys(clBtnShadow));
+    } else if (FStyle == hsFlat) {
+      Frame3D(painter, edge, Sys(clBtnHighlight), Sys(clBtnShadow));
+    } else {
+      Frame3D(painter, edge, Sys(clBtnHighlight), Sys(cl3DDkShadow));
+      Frame3D(painter, edge, Sys(cl3DLight), Sys(clBtnShadow));
+    }
+  };
+  int x = 0;
+  for (int i = 0; i < FSections->Count(); ++i) {
+    THeaderSection* s = FSections->Items(i);
+    const QRect r(x, 0, s->Width(), FHeight);
+    const bool pressed = s == FPressed;
+    if (s->Style() == hsOwnerDraw && OnDrawSection) {
+      OnDrawSection(this, s, Rect(r.left(), r.top(), r.right() + 1, r.bottom() + 1), pressed);
+    } else {
+      drawButton(r, pressed);
+      QRect area = r.adjusted(4, 1, -4, -1);
+      if (pressed) area.translate(1, 1);
+      if (FImages && s->ImageIndex() >= 0 && s->ImageIndex() < FImages->Count()) {
+        FImages->Draw(painter, area.left(), area.top() + (area.height() - FImages->Height()) / 2, s->ImageIndex(), FEnabled);
+        area.setLeft(area.left() + FImages->Width() + 2);
+      }
+      TCaptionLayout layout;
+      layout.HAlign = s->Alignment() == taCenter         ? TTextHAlign::Center
+                      : s->Alignment() == taRightJustify ? TTextHAlign::Right
+                                                         : TTextHAlign::Left;
+      layout.VAlign = TTextVAlign::Center;
+      layout.ShowAccelChar = false;
+      layout.Disabled = !FEnabled;
+      painter.save();
+      painter.setClipRect(area);
+      DrawCaption(painter, area, FFont->Handle(), FFont->ToUnicode(s->Text()), layout, Sys(FFont->Color()));
+      painter.restore();
+    }
+    x += s->Width();
+  }
+  // What lies beyond the last section is an empty button.
+  if (x < FWidth) drawButton(QRect(x, 0, FWidth - x, FHeight), false);
+}
+
+// ---------------------------------------------------------------------------------------
+// Dates
+
+namespace {
+
+const QDate kDayZero(1899, 12, 30);
+
+// Days since 30 December 1899 and the fraction of the day, kept within the calendar.
+QDateTime ToQDateTime(double value) {
+  if (!std::isfinite(value)) value = 0;
+  value = std::clamp(value, -693593.0, 2958465.99999);
+  const double days = std::floor(value);
+  qint64 ms = std::llround((value - days) * 86400000.0);
+  ms = std::clamp<qint64>(ms, 0, 86399999);
+  return QDateTime(kDayZero.addDays(static_cast<qint64>(days)), QTime(0, 0).addMSecs(static_cast<int>(ms)));
+}
+
+double FromQDateTime(const QDateTime& d) {
+  return static_cast<double>(kDayZero.daysTo(d.date())) + d.time().msecsSinceStartOfDay() / 86400000.0;
+}
+
+QString DateFormatOf(TDTDateFormat format) {
+  return format == dfLong ? QStringLiteral("dddd, MMMM dd, yyyy") : QStringLiteral("M/d/yyyy");
+}
+
+}  // namespace
+
+LUMORA_CLASS_IMPL(TMonthCalColors) {
+  c.Property("BackColor", &TMonthCalColors::BackColor, &TMonthCalColors::SetBackColor).Default(clWindow);
+  c.Property("TextColor", &TMonthCalColors::TextColor, &TMonthCalColors::SetTextColor).Default(clWindowText);
+  c.Property("TitleBackColor", &TMonthCalColors::TitleBackColor, &TMonthCalColors::SetTitleBackColor).Default(clActiveCaption);
+  c.Property("TitleTextColor", &TMonthCalColors::TitleTextColor, &TMonthCalColors::SetTitleTextColor).Default(clWhite);
+  c.Property("MonthBackColor", &TMonthCalColors::MonthBackColor, &TMonthCalColors::SetMonthBackColor).Default(clWhite);
+  c.Property("TrailingTextColor", &TMonthCalColors::TrailingTextColor, &TMonthCalColors::SetTrailingTextColor)
+      .Default(clInactiveCaptionText);
+}
+
+void TMonthCalColors::Assign(TPersistent* source) {
+  if (auto* c = dynamic_cast<TMonthCalColors*>(source)) {
+    FBackColor = c->FBackColor;
+    FTextColor = c->FTextColor;
+    FTitleBackColor = c->FTitleBackColor;
+    FTitleTextColor = c->FTitleTextColor;
+    FMonthBackColor = c->FMonthBackColor;
+    FTrailingTextColor = c->FTrailingTextColor;
+    return;
+  }
+  TPersistent::Assign(source);
+}
+
+LUMORA_CLASS_IMPL(TDateTimePicker) {
+  PublishControlProperties(c, {"Anchors", "BiDiMode"});
+  c.Property("CalAlignment", &TDateTimePicker::CalAlignment, &TDateTimePicker::SetCalAlignment).NoDefault();
+  c.Property("CalColors", &TDateTimePicker::CalColors, &TDateTimePicker::SetCalColors);
+  PublishControlProperties(c, {"Constraints"});
+  c.Property("Date", &TDateTimePicker::Date, &TDateTimePicker::SetDate);
+  c.Property("Time", &TDateTimePicker::Time, &TDateTimePicker::SetTime);
+  c.Property("ShowCheckbox", &TDateTimePicker::ShowCheckbox, &TDateTimePicker::SetShowCheckbox).Default(false);
+  c.Property("Checked", &TDateTimePicker::Checked, &TDateTimePicker::SetChecked).Default(true);
+  PublishControlProperties(c, {"Color"});
+  c.Property("DateFormat", &TDateTimePicker::DateFormat, &TDateTimePicker::SetDateFormat).NoDefault();
+  c.Property("DateMode", &TDateTimePicker::DateMode, &TDateTimePicker::SetDateMode).NoDefault();
+  PublishControlProperties(c, {"DragCursor", "DragKind", "DragMode", "Enabled", "Font", "ImeMode", "ImeName"});
+  c.Property("Kind", &TDateTimePicker::Kind, &TDateTimePicker::SetKind).NoDefault();
+  c.Property("MaxDate", &TDateTimePicker::MaxDate, &TDateTimePicker::SetMaxDate);
+  c.Property("MinDate", &TDateTimePicker::MinDate, &TDateTimePicker::SetMinDate);
+  c.Property("ParseInput", &TDateTimePicker::ParseInput, &TDateTimePicker::SetParseInput).NoDefault();
+  PublishControlProperties(c, {"ParentBiDiMode", "ParentColor", "ParentFont", "ParentShowHint", "PopupMenu",
+                               "ShowHint", "TabOrder", "TabStop", "Visible", "OnClick"});
+  c.Property("OnCloseUp", &TDateTimePicker::OnCloseUp, &TDateTimePicker::OnCloseUp);
+  c.Property("OnChange", &TDateTimePicker::OnChange, &TDateTimePicker::OnChange);
+  c.Property("OnDropDown", &TDateTimePicker::OnDropDown, &TDateTimePicker::OnDropDown);
+  PublishControlProperties(c, {"OnDragDrop", "OnDragOver", "OnEndDock", "OnEndDrag", "OnEnter", "OnExit",
+                               "OnKeyDown", "OnKeyPress", "OnKeyUp", "OnStartDock", "OnStartDrag"});
+  c.Property("OnUserInput", &TDateTimePicker::OnUserInput, &TDateTimePicker::OnUserInput);
+  c.Property("Color").Default(clWindow);
+  c.Property("ParentColor").Default(false);
+  c.Property("TabStop").Default(true);
+}
+
+TDateTimePicker::TDateTimePicker(TComponent* owner) : TWinControl(owner) {
+  FWidth = 186;
+  FHeight = 25;
+  FTabStop = true;
+  FParentColor = false;
+  FColor = clWindow;
+  FCalColors = new TMonthCalColors();
+  FDateTime = FromQDateTime(QDateTime::currentDateTime());
+}
+
+TDateTimePicker::~TDateTimePicker() {
+  DestroyWidget();
+  delete FCalColors;
+}
+
+QDateTimeEdit* TDateTimePicker::Editor() const { return qobject_cast<QDateTimeEdit*>(Widget()); }
+
+void TDateTimePicker::CreateWidget() {
+  auto* e = new QDateTimeEdit();
+  e->setFocusPolicy(Qt::StrongFocus);
+  QObject::connect(e, &QDateTimeEdit::dateTimeChanged, e, [this](const QDateTime& value) {
+    TMessageLoop::Instance().Guarded([&] {
+      if (FSyncing) return;
+      // The part the control does not show stays as it was.
+      const double edited = FromQDateTime(value);
+      const double day = std::floor(FDateTime);
+      const double next = FKind == dtkDate ? std::floor(edited) + (FDateTime - day) : day + (edited - std::floor(edited));
+      if (next == FDateTime) return;
+      FDateTime = next;
+      if (OnChange && !Loading(this)) OnChange(this);
+    });
+  });
+  AdoptWidget(e);
+}
+
+void TDateTimePicker::UpdateWidgetText() {
+  QDateTimeEdit* e = Editor();
+  if (!e) return;
+  FSyncing = true;
+  if (FMinDate != 0 || FMaxDate != 0) {
+    e->setDateTimeRange(FMinDate != 0 ? ToQDateTime(FMinDate) : ToQDateTime(-693593),
+                        FMaxDate != 0 ? ToQDateTime(FMaxDate) : ToQDateTime(2958465.99));
+  }
+  e->setDisplayFormat(FKind == dtkTime ? QStringLiteral("h:mm:ss AP") : DateFormatOf(FDateFormat));
+  e->setCalendarPopup(FKind == dtkDate && FDateMode == dmComboBox);
+  e->setDateTime(ToQDateTime(FDateTime));
+  FSyncing = false;
+}
+
+bool TDateTimePicker::CanAutoSize(int&, int&) { return false; }
+
+void TDateTimePicker::SetDateTime(TDateTime value) {
+  if (FDateTime == value) return;
+  FDateTime = value;
+  UpdateWidgetText();
+}
+
+void TDateTimePicker::SetDate(TDateTime value) {
+  SetDateTime(std::floor(static_cast<double>(value)) + (FDateTime - std::floor(static_cast<double>(FDateTime))));
+}
+
+void TDateTimePicker::SetTime(TDateTime value) {
+  const double v = value;
+  SetDateTime(std::floor(static_cast<double>(FDateTime)) + (v - std::floor(v)));
+}
+
+void TDateTimePicker::SetChecked(bool value) { FChecked = value; }
+
+void TDateTimePicker::SetDateFormat(TDTDateFormat value) {
+  FDateFormat = value;
+  UpdateWidgetText();
+}
+
+void TDateTimePicker::SetDateMode(TDTDateMode value) {
+  FDateMode = value;
+  UpdateWidgetText();
+}
+
+void TDateTimePicker::SetKind(TDateTimeKind value) {
+  FKind = value;
+  UpdateWidgetText();
+}
+
+void TDateTimePicker::SetMaxDate(TDateTime value) {
+  FMaxDate = value;
+  UpdateWidgetText();
+}
+
+void TDateTimePicker::SetMinDate(TDateTime value) {
+  FMinDate = value;
+  UpdateWidgetText();
+}
+
+// ---- TMonthCalendar
+
+LUMORA_CLASS_IMPL(TMonthCalendar) {
+  PublishControlProperties(c, {"Align", "Anchors", "AutoSize", "BorderWidth", "BiDiMode"});
+  c.Property("CalColors", &TMonthCalendar::CalColors, &TMonthCalendar::SetCalColors);
+  PublishControlProperties(c, {"Constraints"});
+  c.Property("MultiSelect", &TMonthCalendar::MultiSelect, &TMonthCalendar::SetMultiSelect).Default(false);
+  c.Property("Date", &TMonthCalendar::Date, &TMonthCalendar::SetDate);
+  PublishControlProperties(c, {"DragCursor", "DragKind", "DragMode", "Enabled"});
+  c.Property("EndDate", &TMonthCalendar::EndDate, &TMonthCalendar::SetEndDate);
+  c.Property("FirstDayOfWeek", &TMonthCalendar::FirstDayOfWeek, &TMonthCalendar::SetFirstDayOfWeek).Default(dowLocaleDefault);
+  PublishControlProperties(c, {"Font", "ImeMode", "ImeName"});
+  c.Property("MaxDate", &TMonthCalendar::MaxDate, &TMonthCalendar::SetMaxDate);
+  c.Property("MaxSelectRange", &TMonthCalendar::MaxSelectRange, &TMonthCalendar::SetMaxSelectRange).Default(31);
+  c.Property("MinDate", &TMonthCalendar::MinDate, &TMonthCalendar::SetMinDate);
+  PublishControlProperties(c, {"ParentBiDiMode", "ParentFont", "ParentShowHint", "PopupMenu", "ShowHint"});
+  c.Property("ShowToday", &TMonthCalendar::ShowToday, &TMonthCalendar::SetShowToday).Default(true);
+  c.Property("ShowTodayCircle", &TMonthCalendar::ShowTodayCircle, &TMonthCalendar::SetShowTodayCircle).Default(true);
+  PublishControlProperties(c, {"TabOrder", "TabStop", "Visible"});
+  c.Property("WeekNumbers", &TMonthCalendar::WeekNumbers, &TMonthCalendar::SetWeekNumbers).Default(false);
+  PublishControlProperties(c, {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver", "OnEndDock", "OnEndDrag",
+                               "OnEnter", "OnExit", "OnKeyDown", "OnKeyPress", "OnKeyUp", "OnStartDock",
+                               "OnStartDrag"});
+  c.Property("TabStop").Default(true);
+}
+
+TMonthCalendar::TMonthCalendar(TComponent* owner) : TWinControl(owner) {
+  FWidth = 191;
+  FHeight = 154;
+  FTabStop = true;
+  FColor = clWindow;
+  FCalColors = new TMonthCalColors();
+  FDate = std::floor(FromQDateTime(QDateTime::currentDateTime()));
+}
+
+TMonthCalendar::~TMonthCalendar() {
+  DestroyWidget();
+  delete FCalColors;
+}
+
+void TMonthCalendar::CreateWidget() {
+  auto* cal = new QCalendarWidget();
+  cal->setFocusPolicy(Qt::StrongFocus);
+  QObject::connect(cal, &QCalendarWidget::selectionChanged, cal, [this, cal] {
+    TMessageLoop::Instance().Guarded([&] {
+      if (FSyncing) return;
+      FDate = FromQDateTime(QDateTime(cal->selectedDate(), QTime(0, 0))) + (FDate - std::floor(static_cast<double>(FDate)));
+      FEndDate = FDate;
+      Click();
+    });
+  });
+  AdoptWidget(cal);
+}
+
+void TMonthCalendar::UpdateWidgetText() {
+  auto* cal = qobject_cast<QCalendarWidget*>(Widget());
+  if (!cal) return;
+  FSyncing = true;
+  if (FMinDate != 0) cal->setMinimumDate(ToQDateTime(FMinDate).date());
+  if (FMaxDate != 0) cal->setMaximumDate(ToQDateTime(FMaxDate).date());
+  cal->setSelectedDate(ToQDateTime(FDate).date());
+  cal->setVerticalHeaderFormat(FWeekNumbers ? QCalendarWidget::ISOWeekNumbers : QCalendarWidget::NoVerticalHeader);
+  if (FFirstDayOfWeek != dowLocaleDefault) cal->setFirstDayOfWeek(static_cast<Qt::DayOfWeek>(FFirstDayOfWeek + 1));
+  FSyncing = false;
+}
+
+void TMonthCalendar::SetDate(TDateTime value) {
+  FDate = value;
+  UpdateWidgetText();
+}
+
+void TMonthCalendar::SetFirstDayOfWeek(TCalDayOfWeek value) {
+  FFirstDayOfWeek = value;
+  UpdateWidgetText();
+}
+
+void TMonthCalendar::SetMaxDate(TDateTime value) {
+  FMaxDate = value;
+  UpdateWidgetText();
+}
+
+void TMonthCalendar::SetMinDate(TDateTime value) {
+  FMinDate = value;
+  UpdateWidgetText();
+}
+
+void TMonthCalendar::SetShowToday(bool value) { FShowToday = value; }
+
+void TMonthCalendar::SetWeekNumbers(bool value) {
+  FWeekNumbers = value;
+  UpdateWidgetText();
+}
+
+// ---------------------------------------------------------------------------------------
+// TAnimate
+
+LUMORA_CLASS_IMPL(TAnimate) {
+  PublishControlProperties(c, {"Align"});
+  c.Property("Active", &TAnimate::Active, &TAnimate::SetActive).NoDefault();
+  PublishControlProperties(c, {"Anchors", "AutoSize", "BorderWidth"});
+  c.Property("Center", &TAnimate::Center, &TAnimate::SetCenter).Default(true);
+  PublishControlProperties(c, {"Color"});
+  c.Property("CommonAVI", &TAnimate::CommonAVI, &TAnimate::SetCommonAVI).Default(aviNone);
+  PublishControlProperties(c, {"Constraints"});
+  c.Property("FileName", &TAnimate::FileName, &TAnimate::SetFileName);
+  c.Property("Open", &TAnimate::Open, &TAnimate::SetOpen).Default(false);
+  PublishControlProperties(c, {"ParentColor", "ParentShowHint"});
+  c.Property("Repetitions", &TAnimate::Repetitions, &TAnimate::SetRepetitions).Default(0);
+  PublishControlProperties(c, {"ShowHint"});
+  c.Property("StartFrame", &TAnimate::StartFrame, &TAnimate::SetStartFrame).Default(1);
+  c.Property("StopFrame", &TAnimate::StopFrame, &TAnimate::SetStopFrame).Default(0);
+  c.Property("Timers", &TAnimate::Timers, &TAnimate::SetTimers).Default(false);
+  c.Property("Transparent", &TAnimate::Transparent, &TAnimate::SetTransparent).Default(true);
+  PublishControlProperties(c, {"Visible"});
+  c.Property("OnOpen", &TAnimate::OnOpen, &TAnimate::OnOpen);
+  c.Property("OnClose", &TAnimate::OnClose, &TAnimate::OnClose);
+  c.Property("OnStart", &TAnimate::OnStart, &TAnimate::OnStart);
+  c.Property("OnStop", &TAnimate::OnStop, &TAnimate::OnStop);
+  c.Property("AutoSize").Default(true);
+}
+
+TAnimate::TAnimate(TComponent* owner) : TWinControl(owner) {
+  FWidth = 100;
+  FHeight = 80;
+  FAutoSize = true;
+  FColor = clBtnFace;
+}
+
+void TAnimate::CreateWidget() { AdoptWidget(new TPaintedWidget(this, false)); }
+
+void TAnimate::SetActive(bool value) {
+  if (FActive == value) return;
+  FActive = value;
+  if (!Loading(this)) {
+    if (value && OnStart) OnStart(this);
+    if (!value && OnStop) OnStop(this);
+  }
+  Invalidate();
+}
+
+void TAnimate::SetCommonAVI(TCommonAVI value) {
+  FCommonAVI = value;
+  if (value != aviNone) FFileName.clear();
+  Invalidate();
+}
+
+void TAnimate::SetFileName(const std::string& value) {
+  FFileName = value;
+  if (!value.empty()) FCommonAVI = aviNone;
+  Invalidate();
+}
+
+void TAnimate::SetOpen(bool value) {
+  if (FOpen == value) return;
+  FOpen = value;
+  if (!Loading(this)) {
+    if (value && OnOpen) OnOpen(this);
+    if (!value && OnClose) OnClose(this);
+  }
+}
+
+void TAnimate::SetTransparent(bool value) {
+  FTransparent = value;
+  Invalidate();
+}
+
+void TAnimate::Play(int fromFrame, int toFrame, int count) {
+  FStartFrame = fromFrame;
+  FStopFrame = toFrame;
+  FRepetitions = count;
+  SetActive(true);
+}
+
+void TAnimate::Stop() { SetActive(false); }
+
+void TAnimate::Loaded() { TWinControl::Loaded(); }
+
+void TAnimate::Paint(QPainter& painter) {
+  if (!FTransparent) painter.fillRect(QRect(0, 0, FWidth, FHeight), Sys(FColor));
+  if (Designing()) DrawFocusRect(painter, QRect(0, 0, FWidth, FHeight));
+}
+
+// ---------------------------------------------------------------------------------------
+// TCoolBand, TCoolBands, TCoolBar
+
+namespace {
+// Left of a band's control: the gripper and the room around it.
+constexpr int CoolGripperWidth = 9;
+}  // namespace
+
+LUMORA_CLASS_IMPL(TCoolBand) {
+  c.Property("Bitmap", &TCoolBand::Bitmap, &TCoolBand::SetBitmap);
+  c.Property("BorderStyle", &TCoolBand::BorderStyle, &TCoolBand::SetBorderStyle).Default(BorderStyleOf(bsNone));
+  c.Property("Break", &TCoolBand::Break, &TCoolBand::SetBreak).Default(true);
+  c.Property("Color", &TCoolBand::Color, &TCoolBand::SetColor).Default(clBtnFace).Stored(&TCoolBand::IsColorStored);
+  c.Property("Control", &TCoolBand::Control, &TCoolBand::SetControl);
+  c.Property("FixedBackground", &TCoolBand::FixedBackground, &TCoolBand::SetFixedBackground).Default(true);
+  c.Property("FixedSize", &TCoolBand::FixedSize, &TCoolBand::SetFixedSize).Default(false);
+  c.Property("HorizontalOnly", &TCoolBand::HorizontalOnly, &TCoolBand::SetHorizontalOnly).Default(false);
+  c.Property("ImageIndex", &TCoolBand::ImageIndex, &TCoolBand::SetImageIndex).NoDefault();
+  c.Property("MinHeight", &TCoolBand::MinHeight, &TCoolBand::SetMinHeight).NoDefault();
+  c.Property("MinWidth", &TCoolBand::MinWidth, &TCoolBand::SetMinWidth).Default(0);
+  c.Property("ParentColor", &TCoolBand::ParentColor, &TCoolBand::SetParentColor).Default(true);
+  c.Property("ParentBitmap", &TCoolBand::ParentBitmap, &TCoolBand::SetParentBitmap).Default(true);
+  c.Property("Text", &TCoolBand::Text, &TCoolBand::SetText);
+  c.Property("Visible", &TCoolBand::Visible, &TCoolBand::SetVisible).Default(true);
+  c.Property("Width", &TCoolBand::Width, &TCoolBand::SetWidth).NoDefault();
+}
+
+// The band joins its collection once its own fields exist: joining lays the bar out again.
+TCoolBand::TCoolBand(TCollection* collection) : TCollectionItem(nullptr), FBitmap(new TBitmap()) {
+  SetCollection(collection);
+}
+
+TCoolBand::~TCoolBand() {
+  if (FControl) {
+    if (TCoolBar* bar = CoolBar()) FControl->RemoveFreeNotification(bar);
+  }
+  delete FBitmap;
+}
+
+TCoolBar* TCoolBand::CoolBar() const {
+  auto* bands = dynamic_cast<TCoolBands*>(Collection());
+  return bands ? bands->CoolBar() : nullptr;
+}
+
+void TCoolBand::Assign(TPersistent* source) {
+  if (auto* b = dynamic_cast<TCoolBand*>(source)) {
+    FBitmap->Assign(b->FBitmap);
+    FBorderStyle = b->FBorderStyle;
+    FBreak = b->FBreak;
+    FColor = b->FColor;
+    FFixedBackground = b->FFixedBackground;
+    FFixedSize = b->FFixedSize;
+    FHorizontalOnly = b->FHorizontalOnly;
+    FImageIndex = b->FImageIndex;
+    FMinHeight = b->FMinHeight;
+    FMinWidth = b->FMinWidth;
+    FParentBitmap = b->FParentBitmap;
+    FParentColor = b->FParentColor;
+    FText = b->FText;
+    FVisible = b->FVisible;
+    FWidth = b->FWidth;
+    Changed(true);
+    return;
+  }
+  TCollectionItem::Assign(source);
+}
+
+std::string TCoolBand::GetDisplayName() const {
+  if (!FText.empty()) return FText;
+  if (FControl) return FControl->ClassName();
+  return TCollectionItem::GetDisplayName();
+}
+
+void TCoolBand::SetBorderStyle(TBorderStyle value) {
+  FBorderStyle = value;
+  Changed(false);
+}
+
+void TCoolBand::SetBreak(bool value) {
+  FBreak = value;
+  Changed(true);
+}
+
+void TCoolBand::SetColor(TColor value) {
+  FColor = value;
+  FParentColor = false;
+  Changed(false);
+}
+
+void TCoolBand::SetParentColor(bool value) {
+  FParentColor = value;
+  Changed(false);
+}
+
+void TCoolBand::SetControl(TWinControl* value) {
+  if (FControl == value) return;
+  TCoolBar* bar = CoolBar();
+  if (FControl && bar) FControl->RemoveFreeNotification(bar);
+  FControl = value;
+  if (FControl && bar) {
+    FControl->FreeNotification(bar);
+    // A control given to a band lives on the bar.
+    if (FControl->Parent() != bar && !bar->ComponentState().Contains(csLoading)) FControl->SetParent(bar);
+  }
+  Changed(true);
+}
+
+void TCoolBand::SetFixedSize(bool value) {
+  FFixedSize = value;
+  Changed(true);
+}
+
+void TCoolBand::SetImageIndex(int value) {
+  FImageIndex = value;
+  Changed(true);
+}
+
+void TCoolBand::SetMinHeight(int value) {
+  FMinHeight = value;
+  Changed(true);
+}
+
+void TCoolBand::SetMinWidth(int value) {
+  FMinWidth = value;
+  Changed(true);
+}
+
+void TCoolBand::SetText(const std::string& value) {
+  FText = value;
+  Changed(true);
+}
+
+void TCoolBand::SetVisible(bool value) {
+  FVisible = value;
+  Changed(true);
+}
+
+void TCoolBand::SetWidth(int value) {
+  FWidth = value;
+  Changed(true);
+}
+
+LUMORA_CLASS_IMPL(TCoolBands) {}
+
+TCoolBands::TCoolBands(TCoolBar* coolBar) : TCollection(TCoolBand::StaticClass()), FCoolBar(coolBar) {}
+
+TPersistent* TCoolBands::GetOwner() { return FCoolBar; }
+
+TCoolBand* TCoolBands::FindBand(TControl* control) const {
+  for (int i = 0; i < Count(); ++i) {
+    if (Items(i)->Control() == control) return Items(i);
+  }
+  return nullptr;
+}
+
+void TCoolBands::Update(TCollectionItem*) {
+  if (FCoolBar) FCoolBar->ArrangeBands();
+}
+
+LUMORA_CLASS_IMPL(TCoolBar) {
+  PublishControlProperties(c, {"Align", "Anchors", "AutoSize"});
+  c.Property("BandBorderStyle", &TCoolBar::BandBorderStyle, &TCoolBar::SetBandBorderStyle).Default(BorderStyleOf(bsSingle));
+  c.Property("Bands", &TCoolBar::Bands, &TCoolBar::SetBands);
+  PublishControlProperties(c, {"BorderWidth", "Color", "Constraints", "Ctl3D", "DockSite", "DragCursor", "DragKind",
+                               "DragMode"});
+  c.Property("EdgeBorders", &TCoolBar::EdgeBorders, &TCoolBar::SetEdgeBorders)
+      .Default(TEdgeBorders{ebLeft, ebTop, ebRight, ebBottom});
+  c.Property("EdgeInner", &TCoolBar::EdgeInner, &TCoolBar::SetEdgeInner).Default(esRaised);
+  c.Property("EdgeOuter", &TCoolBar::EdgeOuter, &TCoolBar::SetEdgeOuter).Default(esLowered);
+  PublishControlProperties(c, {"Enabled"});
+  c.Property("FixedSize", &TCoolBar::FixedSize, &TCoolBar::SetFixedSize).Default(false);
+  c.Property("FixedOrder", &TCoolBar::FixedOrder, &TCoolBar::SetFixedOrder).Default(false);
+  PublishControlProperties(c, {"Font"});
+  c.Property("Images", &TCoolBar::Images, &TCoolBar::SetImages);
+  PublishControlProperties(c, {"ParentColor", "ParentFont", "ParentShowHint"});
+  c.Property("Bitmap", &TCoolBar::Bitmap, &TCoolBar::SetBitmap);
+  PublishControlProperties(c, {"PopupMenu", "ShowHint"});
+  c.Property("ShowText", &TCoolBar::ShowText, &TCoolBar::SetShowText).Default(true);
+  c.Property("Vertical", &TCoolBar::Vertical, &TCoolBar::SetVertical).Default(false);
+  PublishControlProperties(c, {"Visible"});
+  c.Property("OnChange", &TCoolBar::OnChange, &TCoolBar::OnChange);
+  PublishControlProperties(c, {"OnClick", "OnDblClick", "OnDockDrop", "OnDockOver", "OnDragDrop", "OnDragOver",
+                               "OnEndDock", "OnEndDrag", "OnGetSiteInfo", "OnMouseDown", "OnMouseMove", "OnMouseUp",
+                               "OnResize", "OnStartDock", "OnStartDrag", "OnUnDock"});
+  c.Property("Align").Default(alTop);
+}
+
+TCoolBar::TCoolBar(TComponent* owner) : TToolWindow(owner), FBitmap(new TBitmap()) {
+  FControlStyle = TControlStyle{csAcceptsControls, csCaptureMouse, csClickEvents, csDoubleClicks, csOpaque};
+  FWidth = 150;
+  FHeight = 75;
+  FAlign = alTop;
+  FColor = clBtnFace;
+  FEdgeBorders = TEdgeBorders{ebLeft, ebTop, ebRight, ebBottom};
+  FBands = new TCoolBands(this);
+}
+
+TCoolBar::~TCoolBar() {
+  FArranging = true;
+  TCoolBands* bands = FBands;
+  FBands = nullptr;
+  delete bands;
+  delete FBitmap;
+}
+
+void TCoolBar::CreateWidget() { AdoptWidget(new TPaintedWidget(this, true)); }
+
+void TCoolBar::SetBandBorderStyle(TBorderStyle value) {
+  FBandBorderStyle = value;
+  ArrangeBands();
+}
+
+void TCoolBar::SetFixedSize(bool value) {
+  FFixedSize = value;
+  ArrangeBands();
+}
+
+void TCoolBar::SetImages(TCustomImageList* value) {
+  if (FImages == value) return;
+  if (FImages) FImages->RemoveFreeNotification(this);
+  FImages = value;
+  if (FImages) FImages->FreeNotification(this);
+  ArrangeBands();
+}
+
+void TCoolBar::SetShowText(bool value) {
+  FShowText = value;
+  ArrangeBands();
+}
+
+void TCoolBar::SetVertical(bool value) {
+  FVertical = value;
+  ArrangeBands();
+}
+
+void TCoolBar::Notification(TComponent* component, TOperation operation) {
+  TToolWindow::Notification(component, operation);
+  if (operation != opRemove || !FBands) return;
+  if (component == FImages) FImages = nullptr;
+  for (int i = 0; i < FBands->Count(); ++i) {
+    TCoolBand* band = FBands->Items(i);
+    if (band->FControl == component) band->FControl = nullptr;
+  }
+}
+
+int TCoolBar::BandIndent(const TCoolBand* band) const {
+  int indent = band->FixedSize() || FFixedSize ? 2 : CoolGripperWidth;
+  if (FImages && band->ImageIndex() >= 0) indent += FImages->Width() + 2;
+  if (FShowText && !band->Text().empty()) {
+    const QFontMetrics fm(FFont->Handle());
+    indent += fm.horizontalAdvance(FFont->ToUnicode(band->Text())) + 4;
+  }
+  return indent;
+}
+
+void TCoolBar::ArrangeBands() {
+  if (FArranging || !FBands || ComponentState().Contains(csLoading) || ComponentState().Contains(csDestroying)) return;
+  FArranging = true;
+  const int clientWidth = ClientRect().Width();
+  const int separator = FBandBorderStyle == BorderStyleOf(bsSingle) ? 2 : 0;
+  // Rows: a band that breaks starts a new one.
+  std::vector<std::vector<TCoolBand*>> rows;
+  for (int i = 0; i < FBands->Count(); ++i) {
+    TCoolBand* band = FBands->Items(i);
+    if (!band->Visible()) continue;
+    if (rows.empty() || (band->Break() && !rows.back().empty())) rows.emplace_back();
+    rows.back().push_back(band);
+  }
+  int y = 0;
+  for (const auto& row : rows) {
+    int height = 0;
+    for (TCoolBand* band : row) {
+      int h = band->MinHeight();
+      if (band->Control()) h = std::max(h, band->Control()->Height());
+      height = std::max(height, h);
+    }
+    int x = 0;
+    for (std::size_t k = 0; k < row.size(); ++k) {
+      TCoolBand* band = row[k];
+      // The last band of a row takes what is left of it.
+      int width = k + 1 == row.size() ? std::max(band->Width(), clientWidth - x) : band->Width();
+      if (k + 1 == row.size()) width = std::max(0, clientWidth - x);
+      band->FRect = Rect(x, y, x + width, y + height);
+      if (TWinControl* control = band->Control(); control && control->Parent() == this) {
+        const int indent = BandIndent(band);
+        // The band sizes its control: the rest of the band's width, the row's height.
+        control->SetBounds(x + indent, y, std::max(0, width - indent - 4), height);
+      }
+      x += width + separator;
+    }
+    y += height + separator;
+  }
+  FRowCount = static_cast<int>(rows.size());
+  FArranging = false;
+  if (FAutoSize) AdjustSize();
+  Invalidate();
+}
+
+bool TCoolBar::CanAutoSize(int& newWidth, int& newHeight) {
+  if (FVertical) return false;
+  const TRect m = NonClientMargins();
+  int height = 0;
+  const int separator = FBandBorderStyle == BorderStyleOf(bsSingle) ? 2 : 0;
+  for (int i = 0; i < FBands->Count(); ++i) {
+    const TRect r = FBands->Items(i)->BandRect();
+    if (FBands->Items(i)->Visible()) height = std::max(height, r.Bottom);
+  }
+  (void)separator;
+  newHeight = height + m.Top + m.Bottom;
+  (void)newWidth;
+  return true;
+}
+
+// The bands place their controls; the controls' own alignment does not apply here.
+void TCoolBar::AlignControls(TControl*, TRect&) {
+  if (!ComponentState().Contains(csLoading) && FAlignLevel == 0 && !FAligning) ArrangeBands();
+}
+
+void TCoolBar::Loaded() {
+  TToolWindow::Loaded();
+  ArrangeBands();
+}
+
+void TCoolBar::Paint(QPainter& painter) {
+  painter.fillRect(QRect(0, 0, FWidth, FHeight), Sys(FColor));
+  PaintEdges(painter);
+  const TPoint off = ClientWidgetOffset();
+  const QColor hi = Sys(clBtnHighlight);
+  const QColor shadow = Sys(clBtnShadow);
+  for (int i = 0; i < FBands->Count(); ++i) {
+    TCoolBand* band = FBands->Items(i);
+    if (!band->Visible()) continue;
+    const TRect r = band->BandRect();
+    const int x = r.Left + off.X;
+    const int y = r.Top + off.Y;
+    if (!band->FixedSize() && !FFixedSize) {
+      // The gripper: two raised bars.
+      for (int g = 0; g < 2; ++g) {
+        const int gx = x + 2 + g * 3;
+        VLine(painter, gx, y + 2, y + r.Height() - 2, hi);
+        VLine(painter, gx + 1, y + 2, y + r.Height() - 2, shadow);
+      }
+    }
+    int tx = x + (band->FixedSize() || FFixedSize ? 2 : CoolGripperWidth);
+    if (FImages && band->ImageIndex() >= 0 && band->ImageIndex() < FImages->Count()) {
+      FImages->Draw(painter, tx, y + (r.Height() - FImages->Height()) / 2, band->ImageIndex(), FEnabled);
+      tx += FImages->Width() + 2;
+    }
+    if (FShowText && !band->Text().empty()) {
+      TCaptionLayout layout;
+      layout.VAlign = TTextVAlign::Center;
+      DrawCaption(painter, QRect(tx, y, r.Width() - (tx - x), r.Height()), FFont->Handle(),
+                  FFont->ToUnicode(band->Text()), layout, Sys(FFont->Color()));
+    }
+    if (FBandBorderStyle == BorderStyleOf(bsSingle)) {
+      // Etched lines after each band and below each row.
+      VLine(painter, x + r.Width(), y, y + r.Height(), shadow);
+      VLine(painter, x + r.Width() + 1, y, y + r.Height(), hi);
+      HLine(painter, x, x + r.Width() + 2, y + r.Height(), shadow);
+      HLine(painter, x, x + r.Width() + 2, y + r.Height() + 1, hi);
+    }
+  }
+}
+
+// ---------------------------------------------------------------------------------------
 
 void RegisterComCtrlsClasses() {
   RegisterClasses({TTabControl::StaticClass(), TPageControl::StaticClass(), TTabSheet::StaticClass(),
                    TStatusBar::StaticClass(), TTreeView::StaticClass(), TRichEdit::StaticClass(), TListView::StaticClass(),
-                   TToolBar::StaticClass(), TToolButton::StaticClass()});
+                   TToolBar::StaticClass(), TToolButton::StaticClass(), TProgressBar::StaticClass(),
+                   TTrackBar::StaticClass(), TUpDown::StaticClass(), THotKey::StaticClass(),
+                   THeaderControl::StaticClass(), TDateTimePicker::StaticClass(), TMonthCalendar::StaticClass(),
+                   TAnimate::StaticClass(), TCoolBar::StaticClass()});
 }

@@ -1361,5 +1361,697 @@ private:
   bool FArranging = false;
 };
 
+// ---------------------------------------------------------------------------------------
+// Progress bars, track bars, up-down buttons, hot keys
+
+LUMORA_ENUM(TProgressBarOrientation, pbHorizontal, pbVertical)
+
+// A bar that fills from Min to Max as Position grows, in blocks unless Smooth.
+class TProgressBar : public TWinControl {
+  LUMORA_CLASS(TProgressBar, TWinControl)
+public:
+  explicit TProgressBar(TComponent* owner);
+  int Min() const { return FMin; }
+  void SetMin(int value);
+  int Max() const { return FMax; }
+  void SetMax(int value);
+  int Position() const { return FPosition; }
+  void SetPosition(int value);
+  int Step() const { return FStep; }
+  void SetStep(int value) { FStep = value; }
+  bool Smooth() const { return FSmooth; }
+  void SetSmooth(bool value);
+  TProgressBarOrientation Orientation() const { return FOrientation; }
+  void SetOrientation(TProgressBarOrientation value);
+  // Advances by Step (by `delta`), wrapping to Min past Max as the platform's bar does.
+  void StepIt();
+  void StepBy(int delta);
+  // The part of the bar that shows as done, in pixels along the bar.
+  int FilledLength() const;
+
+  void Paint(QPainter& painter) override;
+  void CreateWidget() override;
+
+private:
+  int FMin = 0;
+  int FMax = 100;
+  int FPosition = 0;
+  int FStep = 10;
+  bool FSmooth = false;
+  TProgressBarOrientation FOrientation = pbHorizontal;
+};
+
+LUMORA_ENUM(TTrackBarOrientation, trHorizontal, trVertical)
+LUMORA_ENUM(TTickMark, tmBottomRight, tmTopLeft, tmBoth)
+LUMORA_ENUM(TTickStyle, tsNone, tsAuto, tsManual)
+
+// A slider over a range, with tick marks.
+class TTrackBar : public TWinControl {
+  LUMORA_CLASS(TTrackBar, TWinControl)
+public:
+  explicit TTrackBar(TComponent* owner);
+  int Frequency() const { return FFrequency; }
+  void SetFrequency(int value);
+  int LineSize() const { return FLineSize; }
+  void SetLineSize(int value);
+  int Max() const { return FMax; }
+  void SetMax(int value);
+  int Min() const { return FMin; }
+  void SetMin(int value);
+  TTrackBarOrientation Orientation() const { return FOrientation; }
+  void SetOrientation(TTrackBarOrientation value);
+  int PageSize() const { return FPageSize; }
+  void SetPageSize(int value);
+  int Position() const { return FPosition; }
+  void SetPosition(int value);
+  int SelEnd() const { return FSelEnd; }
+  void SetSelEnd(int value);
+  int SelStart() const { return FSelStart; }
+  void SetSelStart(int value);
+  bool SliderVisible() const { return FSliderVisible; }
+  void SetSliderVisible(bool value);
+  int ThumbLength() const { return FThumbLength; }
+  void SetThumbLength(int value) { FThumbLength = value; }
+  TTickMark TickMarks() const { return FTickMarks; }
+  void SetTickMarks(TTickMark value);
+  TTickStyle TickStyle() const { return FTickStyle; }
+  void SetTickStyle(TTickStyle value);
+
+  TNotifyEvent OnChange;
+
+  void CreateWidget() override;
+  void UpdateWidgetText() override;
+  QSlider* Slider() const;
+
+protected:
+  bool ClicksFromMouse() const override { return false; }
+  virtual void Changed();
+
+private:
+  int FFrequency = 1;
+  int FLineSize = 1;
+  int FMax = 10;
+  int FMin = 0;
+  TTrackBarOrientation FOrientation = trHorizontal;
+  int FPageSize = 2;
+  int FPosition = 0;
+  int FSelEnd = 0;
+  int FSelStart = 0;
+  bool FSliderVisible = true;
+  int FThumbLength = 20;
+  TTickMark FTickMarks = tmBottomRight;
+  TTickStyle FTickStyle = tsAuto;
+  bool FSyncing = false;
+};
+
+LUMORA_ENUM(TUDAlignButton, udLeft, udRight)
+LUMORA_ENUM(TUDOrientation, udHorizontal, udVertical)
+LUMORA_ENUM(TUDBtnType, btNext, btPrev)
+// (Sender, AllowChange): the shape of TCloseQueryEvent.
+using TUDChangingEvent = TCloseQueryEvent;
+LUMORA_EVENT(TUDClickEvent, void(TObject* Sender, TUDBtnType Button))
+
+// Two arrow buttons that step a number, shown in an associated control when there is one.
+class TCustomUpDown : public TWinControl {
+  LUMORA_CLASS(TCustomUpDown, TWinControl)
+public:
+  explicit TCustomUpDown(TComponent* owner);
+  TUDAlignButton AlignButton() const { return FAlignButton; }
+  void SetAlignButton(TUDAlignButton value) { FAlignButton = value; }
+  bool ArrowKeys() const { return FArrowKeys; }
+  void SetArrowKeys(bool value) { FArrowKeys = value; }
+  TWinControl* Associate() const { return FAssociate; }
+  void SetAssociate(TWinControl* value);
+  int Increment() const { return FIncrement; }
+  void SetIncrement(int value) { FIncrement = value; }
+  int Max() const { return FMax; }
+  void SetMax(int value);
+  int Min() const { return FMin; }
+  void SetMin(int value);
+  TUDOrientation Orientation() const { return FOrientation; }
+  void SetOrientation(TUDOrientation value);
+  int Position() const { return FPosition; }
+  void SetPosition(int value);
+  bool Thousands() const { return FThousands; }
+  void SetThousands(bool value);
+  bool Wrap() const { return FWrap; }
+  void SetWrap(bool value) { FWrap = value; }
+  // The button at a point: btNext is the upper (right) half.
+  TUDBtnType ButtonAt(int x, int y) const;
+  // What a click on a button does: steps, shows the number, raises OnClick.
+  void ButtonClick(TUDBtnType button);
+
+  TUDChangingEvent OnChanging;
+  TUDClickEvent OnClick;
+
+  void Paint(QPainter& painter) override;
+  void CreateWidget() override;
+  void MouseDown(TMouseButton button, TShiftState shift, int x, int y) override;
+  void MouseUp(TMouseButton button, TShiftState shift, int x, int y) override;
+  void KeyDown(Word& key, TShiftState shift) override;
+  void Notification(TComponent* component, TOperation operation) override;
+  void Loaded() override;
+
+protected:
+  bool ClicksFromMouse() const override { return false; }
+  virtual bool CanChange();
+  // Shows the position in the associated control.
+  void UpdateAssociate();
+
+private:
+  TUDAlignButton FAlignButton = udRight;
+  bool FArrowKeys = true;
+  TWinControl* FAssociate = nullptr;
+  int FIncrement = 1;
+  int FMax = 100;
+  int FMin = 0;
+  TUDOrientation FOrientation = udVertical;
+  int FPosition = 0;
+  bool FThousands = true;
+  bool FWrap = false;
+  int FPressed = -1;
+};
+
+class TUpDown : public TCustomUpDown {
+  LUMORA_CLASS(TUpDown, TCustomUpDown)
+public:
+  explicit TUpDown(TComponent* owner) : TCustomUpDown(owner) {}
+};
+
+LUMORA_ENUM(THKModifier, hkShift, hkCtrl, hkAlt, hkExt)
+LUMORA_SET(THKModifiers, THKModifier)
+LUMORA_ENUM(THKInvalidKey, hcNone, hcShift, hcCtrl, hcAlt, hcShiftCtrl, hcShiftAlt, hcCtrlAlt, hcShiftCtrlAlt)
+LUMORA_SET(THKInvalidKeys, THKInvalidKey)
+
+// An edit that shows a key combination and takes the next one the user presses.
+class TCustomHotKey : public TWinControl {
+  LUMORA_CLASS(TCustomHotKey, TWinControl)
+public:
+  explicit TCustomHotKey(TComponent* owner);
+  TShortCut HotKey() const { return FHotKey; }
+  void SetHotKey(TShortCut value);
+  THKInvalidKeys InvalidKeys() const { return FInvalidKeys; }
+  void SetInvalidKeys(THKInvalidKeys value) { FInvalidKeys = value; }
+  THKModifiers Modifiers() const { return FModifiers; }
+  void SetModifiers(THKModifiers value) { FModifiers = value; }
+
+  TNotifyEvent OnChange;
+
+  void CreateWidget() override;
+  void UpdateWidgetText() override;
+  // The key pressed (with its modifiers) becomes the hot key.
+  void KeyDown(Word& key, TShiftState shift) override;
+
+private:
+  TShortCut FHotKey = TShortCut(0x8041);
+  THKInvalidKeys FInvalidKeys{hcNone, hcShift};
+  THKModifiers FModifiers{hkAlt};
+};
+
+class THotKey : public TCustomHotKey {
+  LUMORA_CLASS(THotKey, TCustomHotKey)
+public:
+  explicit THotKey(TComponent* owner) : TCustomHotKey(owner) {}
+};
+
+// ---------------------------------------------------------------------------------------
+// Header controls
+
+LUMORA_ENUM(THeaderSectionStyle, hsText, hsOwnerDraw)
+LUMORA_ENUM(THeaderStyle, hsButtons, hsFlat)
+LUMORA_ENUM(TSectionTrackState, tsTrackBegin, tsTrackMove, tsTrackEnd)
+LUMORA_EVENT(TSectionNotifyEvent, void(THeaderControl* HeaderControl, THeaderSection* Section))
+LUMORA_EVENT(TSectionTrackEvent, void(THeaderControl* HeaderControl, THeaderSection* Section, int Width,
+                                      TSectionTrackState State))
+LUMORA_EVENT(TSectionDragEvent, void(TObject* Sender, THeaderSection* FromSection, THeaderSection* ToSection,
+                                     bool& AllowDrag))
+LUMORA_EVENT(TDrawSectionEvent, void(THeaderControl* HeaderControl, THeaderSection* Section, TRect Rect,
+                                     bool Pressed))
+
+class THeaderSection : public TCollectionItem {
+  LUMORA_CLASS(THeaderSection, TCollectionItem)
+public:
+  explicit THeaderSection(TCollection* collection);
+  void Assign(TPersistent* source) override;
+  bool AllowClick() const { return FAllowClick; }
+  void SetAllowClick(bool value) { FAllowClick = value; }
+  TAlignment Alignment() const { return FAlignment; }
+  void SetAlignment(TAlignment value);
+  bool AutoSize() const { return FAutoSize; }
+  void SetAutoSize(bool value);
+  TBiDiMode BiDiMode() const { return FBiDiMode; }
+  void SetBiDiMode(TBiDiMode value);
+  bool ParentBiDiMode() const { return FParentBiDiMode; }
+  void SetParentBiDiMode(bool value) { FParentBiDiMode = value; }
+  bool IsBiDiModeStored() const { return !FParentBiDiMode; }
+  int ImageIndex() const { return FImageIndex; }
+  void SetImageIndex(int value);
+  int MaxWidth() const { return FMaxWidth; }
+  void SetMaxWidth(int value);
+  int MinWidth() const { return FMinWidth; }
+  void SetMinWidth(int value);
+  THeaderSectionStyle Style() const { return FStyle; }
+  void SetStyle(THeaderSectionStyle value);
+  const std::string& Text() const { return FText; }
+  void SetText(const std::string& value);
+  int Width() const { return FWidth; }
+  void SetWidth(int value);
+  // The left and right edges in the header.
+  int Left() const;
+  int Right() const { return Left() + FWidth; }
+
+protected:
+  std::string GetDisplayName() const override;
+
+private:
+  bool FAllowClick = true;
+  TAlignment FAlignment = taLeftJustify;
+  bool FAutoSize = false;
+  TBiDiMode FBiDiMode = bdLeftToRight;
+  bool FParentBiDiMode = true;
+  int FImageIndex = -1;
+  int FMaxWidth = 10000;
+  int FMinWidth = 0;
+  THeaderSectionStyle FStyle = hsText;
+  std::string FText;
+  int FWidth = 50;
+};
+
+class THeaderSections : public TCollection {
+  LUMORA_CLASS(THeaderSections, TCollection)
+public:
+  explicit THeaderSections(THeaderControl* header);
+  THeaderSection* Add() { return static_cast<THeaderSection*>(TCollection::Add()); }
+  THeaderSection* Items(int index) const { return static_cast<THeaderSection*>(TCollection::Items(index)); }
+  TPersistent* GetOwner() override;
+
+protected:
+  void Update(TCollectionItem* item) override;
+
+private:
+  THeaderControl* FHeader;
+};
+
+// Column headings side by side; a click on one raises OnSectionClick, dragging the
+// edge between two resizes the one on the left.
+class THeaderControl : public TWinControl {
+  LUMORA_CLASS(THeaderControl, TWinControl)
+public:
+  explicit THeaderControl(TComponent* owner);
+  ~THeaderControl() override;
+  THeaderSections* Sections() const { return FSections; }
+  void SetSections(THeaderSections* value) { FSections->Assign(value); }
+  bool DragReorder() const { return FDragReorder; }
+  void SetDragReorder(bool value) { FDragReorder = value; }
+  bool FullDrag() const { return FFullDrag; }
+  void SetFullDrag(bool value) { FFullDrag = value; }
+  bool HotTrack() const { return FHotTrack; }
+  void SetHotTrack(bool value) { FHotTrack = value; }
+  TCustomImageList* Images() const { return FImages; }
+  void SetImages(TCustomImageList* value);
+  THeaderStyle Style() const { return FStyle; }
+  void SetStyle(THeaderStyle value);
+  // The section at a point, or none.
+  THeaderSection* SectionAt(int x) const;
+
+  TDrawSectionEvent OnDrawSection;
+  TSectionNotifyEvent OnSectionClick;
+  TSectionNotifyEvent OnSectionResize;
+  TSectionTrackEvent OnSectionTrack;
+  TSectionDragEvent OnSectionDrag;
+  TNotifyEvent OnSectionEndDrag;
+
+  void Paint(QPainter& painter) override;
+  void CreateWidget() override;
+  void MouseDown(TMouseButton button, TShiftState shift, int x, int y) override;
+  void MouseMove(TShiftState shift, int x, int y) override;
+  void MouseUp(TMouseButton button, TShiftState shift, int x, int y) override;
+  void Notification(TComponent* component, TOperation operation) override;
+  void SectionsChanged();
+
+protected:
+  bool ClicksFromMouse() const override { return false; }
+
+private:
+  THeaderSections* FSections;
+  bool FDragReorder = false;
+  bool FFullDrag = true;
+  bool FHotTrack = false;
+  TCustomImageList* FImages = nullptr;
+  THeaderStyle FStyle = hsButtons;
+  THeaderSection* FPressed = nullptr;
+  THeaderSection* FTracking = nullptr;
+  int FTrackOrigin = 0;
+  int FTrackStart = 0;
+};
+
+// ---------------------------------------------------------------------------------------
+// Dates and times, animations
+
+LUMORA_ENUM(TDTCalAlignment, dtaLeft, dtaRight)
+LUMORA_ENUM(TDateTimeKind, dtkDate, dtkTime)
+LUMORA_ENUM(TDTDateMode, dmComboBox, dmUpDown)
+LUMORA_ENUM(TDTDateFormat, dfShort, dfLong)
+LUMORA_ENUM(TCalDayOfWeek, dowMonday, dowTuesday, dowWednesday, dowThursday, dowFriday, dowSaturday, dowSunday,
+            dowLocaleDefault)
+LUMORA_EVENT(TDTParseInputEvent, void(TObject* Sender, const std::string& UserString, TDateTime& DateAndTime,
+                                      bool& AllowChange))
+
+// The colours of a month calendar.
+class TMonthCalColors : public TPersistent {
+  LUMORA_CLASS(TMonthCalColors, TPersistent)
+public:
+  TMonthCalColors() = default;
+  void Assign(TPersistent* source) override;
+  TColor BackColor() const { return FBackColor; }
+  void SetBackColor(TColor value) { FBackColor = value; }
+  TColor TextColor() const { return FTextColor; }
+  void SetTextColor(TColor value) { FTextColor = value; }
+  TColor TitleBackColor() const { return FTitleBackColor; }
+  void SetTitleBackColor(TColor value) { FTitleBackColor = value; }
+  TColor TitleTextColor() const { return FTitleTextColor; }
+  void SetTitleTextColor(TColor value) { FTitleTextColor = value; }
+  TColor MonthBackColor() const { return FMonthBackColor; }
+  void SetMonthBackColor(TColor value) { FMonthBackColor = value; }
+  TColor TrailingTextColor() const { return FTrailingTextColor; }
+  void SetTrailingTextColor(TColor value) { FTrailingTextColor = value; }
+
+private:
+  TColor FBackColor = clWindow;
+  TColor FTextColor = clWindowText;
+  TColor FTitleBackColor = clActiveCaption;
+  TColor FTitleTextColor = clWhite;
+  TColor FMonthBackColor = clWhite;
+  TColor FTrailingTextColor = clInactiveCaptionText;
+};
+
+// A date or a time in an edit, with a drop-down calendar or up-down arrows.
+class TDateTimePicker : public TWinControl {
+  LUMORA_CLASS(TDateTimePicker, TWinControl)
+public:
+  explicit TDateTimePicker(TComponent* owner);
+  ~TDateTimePicker() override;
+  // The whole value (days since 30 December 1899; the fraction is the time of day).
+  TDateTime DateTime() const { return FDateTime; }
+  void SetDateTime(TDateTime value);
+  TDateTime Date() const { return FDateTime; }
+  // Takes the day of `value`, keeping the time.
+  void SetDate(TDateTime value);
+  TDateTime Time() const { return FDateTime; }
+  // Takes the time of `value`, keeping the day.
+  void SetTime(TDateTime value);
+  TDTCalAlignment CalAlignment() const { return FCalAlignment; }
+  void SetCalAlignment(TDTCalAlignment value) { FCalAlignment = value; }
+  TMonthCalColors* CalColors() const { return FCalColors; }
+  void SetCalColors(TMonthCalColors* value) { FCalColors->Assign(value); }
+  bool Checked() const { return FChecked; }
+  void SetChecked(bool value);
+  TDTDateFormat DateFormat() const { return FDateFormat; }
+  void SetDateFormat(TDTDateFormat value);
+  TDTDateMode DateMode() const { return FDateMode; }
+  void SetDateMode(TDTDateMode value);
+  TDateTimeKind Kind() const { return FKind; }
+  void SetKind(TDateTimeKind value);
+  TDateTime MaxDate() const { return FMaxDate; }
+  void SetMaxDate(TDateTime value);
+  TDateTime MinDate() const { return FMinDate; }
+  void SetMinDate(TDateTime value);
+  bool ParseInput() const { return FParseInput; }
+  void SetParseInput(bool value) { FParseInput = value; }
+  bool ShowCheckbox() const { return FShowCheckbox; }
+  void SetShowCheckbox(bool value) { FShowCheckbox = value; }
+
+  TNotifyEvent OnChange;
+  TNotifyEvent OnCloseUp;
+  TNotifyEvent OnDropDown;
+  TDTParseInputEvent OnUserInput;
+
+  void CreateWidget() override;
+  void UpdateWidgetText() override;
+  QDateTimeEdit* Editor() const;
+
+protected:
+  bool ClicksFromMouse() const override { return false; }
+  bool CanAutoSize(int& newWidth, int& newHeight) override;
+
+private:
+  TDateTime FDateTime;
+  TDTCalAlignment FCalAlignment = dtaLeft;
+  TMonthCalColors* FCalColors;
+  bool FChecked = true;
+  TDTDateFormat FDateFormat = dfShort;
+  TDTDateMode FDateMode = dmComboBox;
+  TDateTimeKind FKind = dtkDate;
+  TDateTime FMaxDate;
+  TDateTime FMinDate;
+  bool FParseInput = false;
+  bool FShowCheckbox = false;
+  bool FSyncing = false;
+};
+
+// A month's calendar; the user picks a day.
+class TMonthCalendar : public TWinControl {
+  LUMORA_CLASS(TMonthCalendar, TWinControl)
+public:
+  explicit TMonthCalendar(TComponent* owner);
+  ~TMonthCalendar() override;
+  TDateTime Date() const { return FDate; }
+  void SetDate(TDateTime value);
+  TDateTime EndDate() const { return FEndDate; }
+  void SetEndDate(TDateTime value) { FEndDate = value; }
+  TMonthCalColors* CalColors() const { return FCalColors; }
+  void SetCalColors(TMonthCalColors* value) { FCalColors->Assign(value); }
+  TCalDayOfWeek FirstDayOfWeek() const { return FFirstDayOfWeek; }
+  void SetFirstDayOfWeek(TCalDayOfWeek value);
+  TDateTime MaxDate() const { return FMaxDate; }
+  void SetMaxDate(TDateTime value);
+  TDateTime MinDate() const { return FMinDate; }
+  void SetMinDate(TDateTime value);
+  int MaxSelectRange() const { return FMaxSelectRange; }
+  void SetMaxSelectRange(int value) { FMaxSelectRange = value; }
+  bool MultiSelect() const { return FMultiSelect; }
+  void SetMultiSelect(bool value) { FMultiSelect = value; }
+  bool ShowToday() const { return FShowToday; }
+  void SetShowToday(bool value);
+  bool ShowTodayCircle() const { return FShowTodayCircle; }
+  void SetShowTodayCircle(bool value) { FShowTodayCircle = value; }
+  bool WeekNumbers() const { return FWeekNumbers; }
+  void SetWeekNumbers(bool value);
+
+  void CreateWidget() override;
+  void UpdateWidgetText() override;
+
+protected:
+  bool ClicksFromMouse() const override { return false; }
+
+private:
+  TDateTime FDate;
+  TDateTime FEndDate;
+  TMonthCalColors* FCalColors;
+  TCalDayOfWeek FFirstDayOfWeek = dowLocaleDefault;
+  TDateTime FMaxDate;
+  TDateTime FMinDate;
+  int FMaxSelectRange = 31;
+  bool FMultiSelect = false;
+  bool FShowToday = true;
+  bool FShowTodayCircle = true;
+  bool FWeekNumbers = false;
+  bool FSyncing = false;
+};
+
+LUMORA_ENUM(TCommonAVI, aviNone, aviFindFolder, aviFindFile, aviFindComputer, aviCopyFiles, aviCopyFile,
+            aviRecycleFile, aviEmptyRecycle, aviDeleteFile)
+
+// An animation area. The clips of the platform's animation control are not available
+// here: it shows its frame (and, when active, a moving mark) where the clip would play.
+class TAnimate : public TWinControl {
+  LUMORA_CLASS(TAnimate, TWinControl)
+public:
+  explicit TAnimate(TComponent* owner);
+  bool Active() const { return FActive; }
+  void SetActive(bool value);
+  bool Center() const { return FCenter; }
+  void SetCenter(bool value) { FCenter = value; }
+  TCommonAVI CommonAVI() const { return FCommonAVI; }
+  void SetCommonAVI(TCommonAVI value);
+  const std::string& FileName() const { return FFileName; }
+  void SetFileName(const std::string& value);
+  bool Open() const { return FOpen; }
+  void SetOpen(bool value);
+  int Repetitions() const { return FRepetitions; }
+  void SetRepetitions(int value) { FRepetitions = value; }
+  int StartFrame() const { return FStartFrame; }
+  void SetStartFrame(int value) { FStartFrame = value; }
+  int StopFrame() const { return FStopFrame; }
+  void SetStopFrame(int value) { FStopFrame = value; }
+  bool Timers() const { return FTimers; }
+  void SetTimers(bool value) { FTimers = value; }
+  bool Transparent() const { return FTransparent; }
+  void SetTransparent(bool value);
+  void Play(int fromFrame, int toFrame, int count);
+  void Stop();
+
+  TNotifyEvent OnClose;
+  TNotifyEvent OnOpen;
+  TNotifyEvent OnStart;
+  TNotifyEvent OnStop;
+
+  void Paint(QPainter& painter) override;
+  void CreateWidget() override;
+  void Loaded() override;
+
+private:
+  bool FActive = false;
+  bool FCenter = true;
+  TCommonAVI FCommonAVI = aviNone;
+  std::string FFileName;
+  bool FOpen = false;
+  int FRepetitions = 0;
+  int FStartFrame = 1;
+  int FStopFrame = 0;
+  bool FTimers = false;
+  bool FTransparent = true;
+};
+
+// ---------------------------------------------------------------------------------------
+// Cool bars
+
+class TCoolBand : public TCollectionItem {
+  LUMORA_CLASS(TCoolBand, TCollectionItem)
+public:
+  explicit TCoolBand(TCollection* collection);
+  ~TCoolBand() override;
+  void Assign(TPersistent* source) override;
+  TCoolBar* CoolBar() const;
+  TBitmap* Bitmap() const { return FBitmap; }
+  void SetBitmap(TBitmap* value) { FBitmap->Assign(value); }
+  TBorderStyle BorderStyle() const { return FBorderStyle; }
+  void SetBorderStyle(TBorderStyle value);
+  bool Break() const { return FBreak; }
+  void SetBreak(bool value);
+  TColor Color() const { return FColor; }
+  void SetColor(TColor value);
+  TWinControl* Control() const { return FControl; }
+  void SetControl(TWinControl* value);
+  bool FixedBackground() const { return FFixedBackground; }
+  void SetFixedBackground(bool value) { FFixedBackground = value; }
+  bool FixedSize() const { return FFixedSize; }
+  void SetFixedSize(bool value);
+  bool HorizontalOnly() const { return FHorizontalOnly; }
+  void SetHorizontalOnly(bool value) { FHorizontalOnly = value; }
+  int ImageIndex() const { return FImageIndex; }
+  void SetImageIndex(int value);
+  int MinHeight() const { return FMinHeight; }
+  void SetMinHeight(int value);
+  int MinWidth() const { return FMinWidth; }
+  void SetMinWidth(int value);
+  bool ParentBitmap() const { return FParentBitmap; }
+  void SetParentBitmap(bool value) { FParentBitmap = value; }
+  bool ParentColor() const { return FParentColor; }
+  void SetParentColor(bool value);
+  bool IsColorStored() const { return !FParentColor; }
+  const std::string& Text() const { return FText; }
+  void SetText(const std::string& value);
+  bool Visible() const { return FVisible; }
+  void SetVisible(bool value);
+  int Width() const { return FWidth; }
+  void SetWidth(int value);
+  // Where the band is, in the cool bar's client area (after the bar was laid out).
+  TRect BandRect() const { return FRect; }
+
+protected:
+  std::string GetDisplayName() const override;
+
+private:
+  friend class TCoolBar;
+  TBitmap* FBitmap;
+  TBorderStyle FBorderStyle = BorderStyleOf(bsNone);
+  bool FBreak = true;
+  TColor FColor = clBtnFace;
+  TWinControl* FControl = nullptr;
+  bool FFixedBackground = true;
+  bool FFixedSize = false;
+  bool FHorizontalOnly = false;
+  int FImageIndex = -1;
+  int FMinHeight = 25;
+  int FMinWidth = 0;
+  bool FParentBitmap = true;
+  bool FParentColor = true;
+  std::string FText;
+  bool FVisible = true;
+  int FWidth = 0;
+  TRect FRect;
+};
+
+class TCoolBands : public TCollection {
+  LUMORA_CLASS(TCoolBands, TCollection)
+public:
+  explicit TCoolBands(TCoolBar* coolBar);
+  TCoolBand* Add() { return static_cast<TCoolBand*>(TCollection::Add()); }
+  TCoolBand* Items(int index) const { return static_cast<TCoolBand*>(TCollection::Items(index)); }
+  TCoolBar* CoolBar() const { return FCoolBar; }
+  TPersistent* GetOwner() override;
+  // The band that holds `control`, or none.
+  TCoolBand* FindBand(TControl* control) const;
+
+protected:
+  void Update(TCollectionItem* item) override;
+
+private:
+  TCoolBar* FCoolBar;
+};
+
+// Bands in rows, each with a gripper, a text and a control (often a tool bar).
+class TCoolBar : public TToolWindow {
+  LUMORA_CLASS(TCoolBar, TToolWindow)
+public:
+  explicit TCoolBar(TComponent* owner);
+  ~TCoolBar() override;
+  TCoolBands* Bands() const { return FBands; }
+  void SetBands(TCoolBands* value) { FBands->Assign(value); }
+  TBorderStyle BandBorderStyle() const { return FBandBorderStyle; }
+  void SetBandBorderStyle(TBorderStyle value);
+  TBitmap* Bitmap() const { return FBitmap; }
+  void SetBitmap(TBitmap* value) { FBitmap->Assign(value); }
+  bool FixedOrder() const { return FFixedOrder; }
+  void SetFixedOrder(bool value) { FFixedOrder = value; }
+  bool FixedSize() const { return FFixedSize; }
+  void SetFixedSize(bool value);
+  TCustomImageList* Images() const { return FImages; }
+  void SetImages(TCustomImageList* value);
+  bool ShowText() const { return FShowText; }
+  void SetShowText(bool value);
+  bool Vertical() const { return FVertical; }
+  void SetVertical(bool value);
+  int RowCount() const { return FRowCount; }
+  // Places the bands and their controls.
+  void ArrangeBands();
+
+  TNotifyEvent OnChange;
+
+  void AlignControls(TControl* changing, TRect& rect) override;
+  void Paint(QPainter& painter) override;
+  void CreateWidget() override;
+  void Notification(TComponent* component, TOperation operation) override;
+  void Loaded() override;
+
+protected:
+  bool CanAutoSize(int& newWidth, int& newHeight) override;
+  // How far a band's control stands from the band's left edge.
+  int BandIndent(const TCoolBand* band) const;
+
+private:
+  TCoolBands* FBands;
+  TBorderStyle FBandBorderStyle = BorderStyleOf(bsSingle);
+  TBitmap* FBitmap;
+  bool FFixedOrder = false;
+  bool FFixedSize = false;
+  TCustomImageList* FImages = nullptr;
+  bool FShowText = true;
+  bool FVertical = false;
+  int FRowCount = 0;
+  bool FArranging = false;
+};
+
 // Registers the classes of this unit.
 void RegisterComCtrlsClasses();

@@ -11,7 +11,11 @@
 #include "tests/platform/vcl/VclTestUtil.h"
 
 #include <QApplication>
+#include <QDateTimeEdit>
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QSlider>
 #include <QTest>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -1271,4 +1275,350 @@ TEST_F(ComCtrlsTest, ToolButtonsDrawTheirImagesAndState) {
   bar->SetButtonWidth(80);
   QApplication::processEvents();
   EXPECT_GT(DarkPixels(Grab(Find<TToolButton>("ToolButton1")->Widget()), QRect(2, 2, 76, 18)), 10);
+}
+
+// ---- Progress bars, track bars, up-down buttons, hot keys, headers, dates, cool bars
+
+namespace {
+
+const char* const MiscForm = R"(object Form1: TForm1
+  Left = 300
+  Top = 300
+  Width = 600
+  Height = 400
+  object ProgressBar1: TProgressBar
+    Left = 8
+    Top = 8
+    Width = 204
+    Height = 16
+    Min = 0
+    Max = 200
+    Position = 50
+    Step = 1
+    TabOrder = 0
+  end
+  object TrackBar1: TTrackBar
+    Left = 8
+    Top = 32
+    Width = 150
+    Height = 45
+    Max = 100
+    Orientation = trHorizontal
+    Frequency = 10
+    Position = 20
+    SelEnd = 0
+    SelStart = 0
+    TabOrder = 1
+    TickMarks = tmBoth
+    TickStyle = tsAuto
+  end
+  object Edit1: TEdit
+    Left = 8
+    Top = 88
+    Width = 50
+    Height = 21
+    TabOrder = 2
+    Text = '3'
+  end
+  object UpDown1: TUpDown
+    Left = 58
+    Top = 88
+    Width = 15
+    Height = 21
+    Associate = Edit1
+    Min = 0
+    Max = 1200
+    Position = 3
+    TabOrder = 3
+    Wrap = False
+  end
+  object HotKey1: THotKey
+    Left = 8
+    Top = 120
+    Width = 121
+    Height = 19
+    HotKey = 16449
+    InvalidKeys = [hcNone, hcShift]
+    Modifiers = [hkAlt]
+    TabOrder = 4
+  end
+  object HeaderControl1: THeaderControl
+    Left = 0
+    Top = 0
+    Width = 592
+    Height = 17
+    DragReorder = False
+    Sections = <
+      item
+        ImageIndex = -1
+        Text = 'Name'
+        Width = 120
+      end
+      item
+        Alignment = taRightJustify
+        ImageIndex = -1
+        Text = 'Size'
+        Width = 80
+      end>
+  end
+  object DateTimePicker1: TDateTimePicker
+    Left = 8
+    Top = 150
+    Width = 186
+    Height = 21
+    CalAlignment = dtaLeft
+    Date = 36161.75
+    Time = 36161.75
+    DateFormat = dfShort
+    DateMode = dmComboBox
+    Kind = dtkDate
+    ParseInput = False
+    TabOrder = 5
+  end
+  object Animate1: TAnimate
+    Left = 300
+    Top = 40
+    Width = 80
+    Height = 50
+    Active = False
+    CommonAVI = aviFindFile
+    StopFrame = 8
+  end
+end
+)";
+
+// A cool bar holding a tool bar, as a program of 1999 has it.
+const char* const CoolForm = R"(object Form1: TForm1
+  Left = 300
+  Top = 300
+  Width = 600
+  Height = 300
+  object CoolBar1: TCoolBar
+    Left = 0
+    Top = 0
+    Width = 592
+    Height = 36
+    AutoSize = True
+    BandBorderStyle = bsNone
+    Bands = <
+      item
+        Control = ToolBar1
+        ImageIndex = -1
+        MinHeight = 34
+        Width = 590
+      end>
+    EdgeInner = esLowered
+    EdgeOuter = esNone
+    object ToolBar1: TToolBar
+      Left = 9
+      Top = 0
+      Width = 577
+      Height = 34
+      AutoSize = True
+      ButtonHeight = 30
+      Caption = 'ToolBar1'
+      EdgeBorders = []
+      TabOrder = 0
+      object ToolButton1: TToolButton
+        Left = 0
+        Top = 0
+        Caption = 'ToolButton1'
+      end
+    end
+  end
+end
+)";
+
+}  // namespace
+
+TEST_F(ComCtrlsTest, AProgressBarFillsAsFarAsItsPosition) {
+  Read(MiscForm);
+  auto* bar = Find<TProgressBar>("ProgressBar1");
+  EXPECT_EQ(bar->Max(), 200);
+  EXPECT_EQ(bar->Position(), 50);
+  // A quarter of the inside (200 pixels within the frame).
+  EXPECT_EQ(bar->FilledLength(), 50);
+  ShowForm();
+  QImage image = Grab(bar->Widget());
+  EXPECT_EQ(Pixel(image, 4, 8), Classic(clHighlight));
+  EXPECT_EQ(Pixel(image, 150, 8), Classic(clBtnFace));
+  // Blocks have gaps unless the bar is smooth.
+  int gaps = 0;
+  for (int x = 2; x < 50; ++x) gaps += Pixel(image, x, 8) == Classic(clBtnFace) ? 1 : 0;
+  EXPECT_GT(gaps, 0);
+  bar->SetSmooth(true);
+  QApplication::processEvents();
+  image = Grab(bar->Widget());
+  gaps = 0;
+  for (int x = 2; x < 50; ++x) gaps += Pixel(image, x, 8) == Classic(clBtnFace) ? 1 : 0;
+  EXPECT_EQ(gaps, 0);
+  bar->StepIt();
+  EXPECT_EQ(bar->Position(), 51);
+  bar->SetPosition(500);
+  EXPECT_EQ(bar->Position(), 200);
+  EXPECT_EQ(ObjectBlock(WriteComponentToText(form), "ProgressBar1").find("Min = 0") != std::string::npos, true);
+}
+
+TEST_F(ComCtrlsTest, ATrackBarShowsItsRangeAndMovesByKeys) {
+  Read(MiscForm);
+  auto* track = Find<TTrackBar>("TrackBar1");
+  int changes = 0;
+  track->OnChange = [&](TObject*) { ++changes; };
+  ShowForm();
+  QSlider* s = track->Slider();
+  ASSERT_NE(s, nullptr);
+  EXPECT_EQ(s->maximum(), 100);
+  EXPECT_EQ(s->value(), 20);
+  EXPECT_EQ(s->tickInterval(), 10);
+  EXPECT_EQ(s->tickPosition(), QSlider::TicksBothSides);
+  EXPECT_EQ(s->orientation(), Qt::Horizontal);
+  QApplication::setActiveWindow(form->Widget());
+  s->setFocus();
+  QTest::keyClick(s, Qt::Key_Right);
+  EXPECT_EQ(track->Position(), 21);
+  QTest::keyClick(s, Qt::Key_PageUp);
+  EXPECT_EQ(track->Position(), 23);
+  EXPECT_EQ(changes, 2);
+  track->SetPosition(7);
+  EXPECT_EQ(s->value(), 7);
+  EXPECT_EQ(ObjectBlock(WriteComponentToText(form), "TrackBar1"), ObjectBlock(Crlf(MiscForm), "TrackBar1").replace(
+      ObjectBlock(Crlf(MiscForm), "TrackBar1").find("Position = 20"), 13, "Position = 7"));
+}
+
+TEST_F(ComCtrlsTest, AnUpDownStepsTheNumberOfItsEdit) {
+  Read(MiscForm);
+  auto* ud = Find<TUpDown>("UpDown1");
+  auto* edit = Find<TEdit>("Edit1");
+  std::vector<TUDBtnType> clicks;
+  ud->OnClick = [&](TObject*, TUDBtnType button) { clicks.push_back(button); };
+  EXPECT_EQ(ud->Associate(), edit);
+  EXPECT_EQ(edit->Text(), "3");
+  ShowForm();
+  QTest::mouseClick(ud->Widget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 4));
+  EXPECT_EQ(ud->Position(), 4);
+  EXPECT_EQ(edit->Text(), "4");
+  QTest::mouseClick(ud->Widget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 17));
+  EXPECT_EQ(ud->Position(), 3);
+  ASSERT_EQ(clicks.size(), 2u);
+  EXPECT_EQ(clicks[0], btNext);
+  EXPECT_EQ(clicks[1], btPrev);
+  // A number typed into the edit is where the next step starts; thousands are grouped.
+  edit->SetText("999");
+  QTest::mouseClick(ud->Widget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 4));
+  EXPECT_EQ(edit->Text(), "1,000");
+  // Without Wrap the position stops at the ends; OnChanging may refuse a step.
+  ud->SetPosition(1200);
+  QTest::mouseClick(ud->Widget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 4));
+  EXPECT_EQ(ud->Position(), 1200);
+  ud->SetWrap(true);
+  QTest::mouseClick(ud->Widget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 4));
+  EXPECT_EQ(ud->Position(), 0);
+  ud->OnChanging = [](TObject*, bool& allow) { allow = false; };
+  QTest::mouseClick(ud->Widget(), Qt::LeftButton, Qt::NoModifier, QPoint(7, 4));
+  EXPECT_EQ(ud->Position(), 0);
+}
+
+TEST_F(ComCtrlsTest, AHotKeyTakesTheKeysPressedInIt) {
+  Read(MiscForm);
+  auto* hk = Find<THotKey>("HotKey1");
+  EXPECT_EQ(hk->HotKey(), TShortCut(scCtrl | 'A'));
+  int changes = 0;
+  hk->OnChange = [&](TObject*) { ++changes; };
+  ShowForm();
+  auto* e = qobject_cast<QLineEdit*>(hk->Widget());
+  ASSERT_NE(e, nullptr);
+  EXPECT_EQ(e->text(), QStringLiteral("Ctrl+A"));
+  QApplication::setActiveWindow(form->Widget());
+  e->setFocus();
+  QTest::keyClick(e, Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(hk->HotKey(), TShortCut(scCtrl | scAlt | 'B'));
+  EXPECT_EQ(e->text(), QStringLiteral("Ctrl+Alt+B"));
+  // A key without modifiers is refused as such: it takes Alt.
+  QTest::keyClick(e, Qt::Key_F);
+  EXPECT_EQ(hk->HotKey(), TShortCut(scAlt | 'F'));
+  QTest::keyClick(e, Qt::Key_Backspace);
+  EXPECT_EQ(hk->HotKey(), scNone);
+  EXPECT_EQ(e->text(), QStringLiteral("None"));
+  EXPECT_EQ(changes, 3);
+}
+
+TEST_F(ComCtrlsTest, AHeaderControlClicksAndResizesItsSections) {
+  Read(MiscForm);
+  auto* header = Find<THeaderControl>("HeaderControl1");
+  ASSERT_EQ(header->Sections()->Count(), 2);
+  EXPECT_EQ(header->Sections()->Items(1)->Text(), "Size");
+  EXPECT_EQ(header->Sections()->Items(1)->Left(), 120);
+  EXPECT_EQ(header->Align(), alTop);
+  THeaderSection* clicked = nullptr;
+  THeaderSection* resized = nullptr;
+  header->OnSectionClick = [&](THeaderControl*, THeaderSection* s) { clicked = s; };
+  header->OnSectionResize = [&](THeaderControl*, THeaderSection* s) { resized = s; };
+  ShowForm();
+  QTest::mouseClick(header->Widget(), Qt::LeftButton, Qt::NoModifier, QPoint(150, 8));
+  EXPECT_EQ(clicked, header->Sections()->Items(1));
+  // Dragging the right edge of the first section makes it wider.
+  QTest::mousePress(header->Widget(), Qt::LeftButton, Qt::NoModifier, QPoint(120, 8));
+  QMouseEvent move(QEvent::MouseMove, QPointF(150, 8), header->Widget()->mapToGlobal(QPointF(150, 8)), Qt::NoButton,
+                   Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(header->Widget(), &move);
+  QTest::mouseRelease(header->Widget(), Qt::LeftButton, Qt::NoModifier, QPoint(150, 8));
+  EXPECT_EQ(header->Sections()->Items(0)->Width(), 150);
+  EXPECT_EQ(resized, header->Sections()->Items(0));
+  const QImage image = Grab(header->Widget());
+  EXPECT_GT(DarkPixels(image, QRect(4, 2, 40, 13)), 5) << "the first section's text";
+}
+
+TEST_F(ComCtrlsTest, ADateTimePickerShowsItsDateAndKeepsItsTime) {
+  Read(MiscForm);
+  auto* picker = Find<TDateTimePicker>("DateTimePicker1");
+  EXPECT_DOUBLE_EQ(picker->Date(), 36161.75);
+  int changes = 0;
+  picker->OnChange = [&](TObject*) { ++changes; };
+  ShowForm();
+  QDateTimeEdit* e = picker->Editor();
+  ASSERT_NE(e, nullptr);
+  // Day 36161 is the first of January 1999.
+  EXPECT_EQ(e->date(), QDate(1999, 1, 1));
+  EXPECT_TRUE(e->calendarPopup());
+  e->setDate(QDate(1999, 1, 2));
+  EXPECT_DOUBLE_EQ(picker->Date(), 36162.75);
+  EXPECT_EQ(changes, 1);
+  picker->SetTime(0.5);
+  EXPECT_DOUBLE_EQ(picker->DateTime(), 36162.5);
+  picker->SetKind(dtkTime);
+  EXPECT_EQ(e->time(), QTime(12, 0));
+  EXPECT_FALSE(e->calendarPopup());
+  // Nothing of it is lost in writing.
+  picker->SetKind(dtkDate);
+  picker->SetDateTime(36161.75);
+  EXPECT_EQ(ObjectBlock(WriteComponentToText(form), "DateTimePicker1"), ObjectBlock(Crlf(MiscForm), "DateTimePicker1"));
+}
+
+TEST_F(ComCtrlsTest, AnimationsAndTheRestReadWithoutErrors) {
+  Read(MiscForm);
+  auto* animate = Find<TAnimate>("Animate1");
+  EXPECT_EQ(animate->CommonAVI(), aviFindFile);
+  EXPECT_EQ(animate->StopFrame(), 8);
+  EXPECT_FALSE(animate->Active());
+  EXPECT_EQ(ObjectBlock(WriteComponentToText(form), "HeaderControl1"), ObjectBlock(Crlf(MiscForm), "HeaderControl1"));
+  EXPECT_EQ(ObjectBlock(WriteComponentToText(form), "UpDown1"), ObjectBlock(Crlf(MiscForm), "UpDown1"));
+  EXPECT_EQ(ObjectBlock(WriteComponentToText(form), "HotKey1"), ObjectBlock(Crlf(MiscForm), "HotKey1"));
+}
+
+TEST_F(ComCtrlsTest, ACoolBarPutsTheControlOfEachBandBesideItsGripper) {
+  Read(CoolForm);
+  auto* cool = Find<TCoolBar>("CoolBar1");
+  auto* tool = Find<TToolBar>("ToolBar1");
+  ASSERT_EQ(cool->Bands()->Count(), 1);
+  EXPECT_EQ(cool->Bands()->Items(0)->Control(), tool);
+  EXPECT_EQ(cool->ClientRect(), Rect(0, 0, 590, 34));
+  EXPECT_EQ(tool->BoundsRect(), Bounds(9, 0, 577, 34));
+  EXPECT_EQ(cool->Height(), 36);
+  EXPECT_EQ(ObjectBlock(WriteComponentToText(form), "CoolBar1").substr(0, 400),
+            ObjectBlock(Crlf(CoolForm), "CoolBar1").substr(0, 400));
+  ShowForm();
+  // The gripper: raised bars at the band's left.
+  const QImage image = Grab(cool->Widget());
+  EXPECT_EQ(Pixel(image, 3, 10), Classic(clBtnHighlight));
+  EXPECT_EQ(Pixel(image, 4, 10), Classic(clBtnShadow));
 }
