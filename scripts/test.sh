@@ -6,7 +6,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 fuzz_seconds=${LUMORA_FUZZ_SECONDS:-60}
 failed=()
 
-step() { echo; echo "=== $* ==="; }
+step() { echo; echo "=== $* (at ${SECONDS}s) ==="; }
 
 step "setup"
 "$root/scripts/setup.sh" || exit 1
@@ -39,6 +39,7 @@ if [ -f "$root/tests/fuzz/CMakeLists.txt" ]; then
 fi
 
 echo
+echo "Finished in ${SECONDS}s."
 if [ ${#failed[@]} -gt 0 ]; then
   echo "FAILED: ${failed[*]}"
   exit 1
