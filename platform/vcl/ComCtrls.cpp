@@ -2138,8 +2138,11 @@ void TCustomTreeView::SetStateImages(TCustomImageList* value) {
 void TCustomTreeView::Notification(TComponent* component, TOperation operation) {
   TWinControl::Notification(component, operation);
   if (operation != opRemove) return;
-  if (component == FImages) SetImages(nullptr);
-  if (component == FStateImages) SetStateImages(nullptr);
+  // The same list may be both: forget it in both before laying out again.
+  bool changed = false;
+  if (component == FImages) FImages = nullptr, changed = true;
+  if (component == FStateImages) FStateImages = nullptr, changed = true;
+  if (QTreeWidget* w = TreeWidget(); w && changed) w->doItemsLayout();
 }
 
 void TCustomTreeView::SetIndent(int value) {
@@ -3897,9 +3900,16 @@ void TCustomListView::SetStateImages(TCustomImageList* value) {
 void TCustomListView::Notification(TComponent* component, TOperation operation) {
   TWinControl::Notification(component, operation);
   if (operation != opRemove) return;
-  if (component == FLargeImages) SetLargeImages(nullptr);
-  if (component == FSmallImages) SetSmallImages(nullptr);
-  if (component == FStateImages) SetStateImages(nullptr);
+  // One list may serve as several of these: forget it everywhere before redrawing, as
+  // it is half destroyed by now.
+  bool changed = false;
+  if (component == FLargeImages) FLargeImages = nullptr, changed = true;
+  if (component == FSmallImages) FSmallImages = nullptr, changed = true;
+  if (component == FStateImages) FStateImages = nullptr;
+  if (changed) {
+    UpdateWidgetText();
+    RebuildItems();
+  }
 }
 
 void TCustomListView::SetMultiSelect(bool value) {
@@ -4666,9 +4676,16 @@ void TToolBar::SetImages(TCustomImageList* value) {
 void TToolBar::Notification(TComponent* component, TOperation operation) {
   TToolWindow::Notification(component, operation);
   if (operation != opRemove) return;
-  if (component == FImages) SetImages(nullptr);
-  if (component == FHotImages) SetHotImages(nullptr);
-  if (component == FDisabledImages) SetDisabledImages(nullptr);
+  // The same list may serve in several roles: forget it in all before arranging again.
+  bool changed = false;
+  for (TCustomImageList** field : {&FImages, &FHotImages, &FDisabledImages}) {
+    if (component == *field) *field = nullptr, changed = true;
+  }
+  if (changed) {
+    ArrangeButtons();
+    Invalidate();
+    for (TControl* c : FButtons) c->Invalidate();
+  }
   if (auto* c = dynamic_cast<TControl*>(component)) {
     FButtons.erase(std::remove(FButtons.begin(), FButtons.end(), c), FButtons.end());
   }

@@ -19,6 +19,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <QTextBlock>
 #include <QTimer>
 
@@ -32,6 +34,31 @@ constexpr TLeftRight taRightJustifyLR = static_cast<TLeftRight>(1);
 void Guard(const std::function<void()>& fn) { TMessageLoop::Instance().Guarded(fn); }
 
 bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
+
+// A combo box drawn as on the classic desktop: the field in the control's colour, the
+// arrow button always in the button face with a button-text arrow. Qt's classic style
+// paints field and button alike in the button colour.
+class TComboWidget : public QComboBox {
+protected:
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    painter.setPen(palette().color(QPalette::Text));
+    QStyleOptionComboBox opt;
+    initStyleOption(&opt);
+    QStyleOptionComboBox field = opt;
+    const bool enabled = opt.state & QStyle::State_Enabled;
+    field.palette.setColor(QPalette::Button, enabled ? palette().color(QPalette::Base) : ColorToQColor(clBtnFace));
+    field.subControls = QStyle::SC_ComboBoxFrame | QStyle::SC_ComboBoxEditField;
+    painter.drawComplexControl(QStyle::CC_ComboBox, field);
+    QStyleOptionComboBox arrow = opt;
+    arrow.palette.setColor(QPalette::Button, ColorToQColor(clBtnFace));
+    arrow.palette.setColor(QPalette::Active, QPalette::ButtonText, ColorToQColor(clBtnText));
+    arrow.palette.setColor(QPalette::Inactive, QPalette::ButtonText, ColorToQColor(clBtnText));
+    arrow.subControls = QStyle::SC_ComboBoxArrow;
+    painter.drawComplexControl(QStyle::CC_ComboBox, arrow);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, opt);
+  }
+};
 
 // Check boxes and radio buttons react to a click anywhere on them, not only on their
 // box and text.
@@ -935,7 +962,7 @@ TCustomComboBox::~TCustomComboBox() {
 QComboBox* TCustomComboBox::Combo() const { return qobject_cast<QComboBox*>(Widget()); }
 
 void TCustomComboBox::CreateWidget() {
-  auto* cb = new QComboBox();
+  auto* cb = new TComboWidget();
   cb->setFocusPolicy(Qt::StrongFocus);
   QObject::connect(cb, QOverload<int>::of(&QComboBox::activated), cb, [this](int index) {
     Guard([this, index] {

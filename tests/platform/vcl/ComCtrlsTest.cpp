@@ -1622,3 +1622,39 @@ TEST_F(ComCtrlsTest, ACoolBarPutsTheControlOfEachBandBesideItsGripper) {
   EXPECT_EQ(Pixel(image, 3, 10), Classic(clBtnHighlight));
   EXPECT_EQ(Pixel(image, 4, 10), Classic(clBtnShadow));
 }
+
+TEST_F(ComCtrlsTest, AnImageListServingInSeveralRolesIsForgottenInAllWhenDestroyed) {
+  auto* images = new TImageList(form);
+  QImage red(16, 16, QImage::Format_ARGB32);
+  red.fill(Qt::red);
+  images->Add(red);
+  auto* lv = new TListView(form);
+  lv->SetParent(form);
+  lv->SetLargeImages(images);
+  lv->SetSmallImages(images);
+  lv->SetStateImages(images);
+  lv->Items()->Add()->SetCaption("a");
+  auto* tree = new TTreeView(form);
+  tree->SetParent(form);
+  tree->SetImages(images);
+  tree->SetStateImages(images);
+  tree->Items()->Add(nullptr, "node");
+  auto* bar = new TToolBar(form);
+  bar->SetParent(form);
+  bar->SetImages(images);
+  bar->SetHotImages(images);
+  bar->SetDisabledImages(images);
+  ShowForm();
+  delete images;
+  EXPECT_EQ(lv->LargeImages(), nullptr);
+  EXPECT_EQ(lv->SmallImages(), nullptr);
+  EXPECT_EQ(lv->StateImages(), nullptr);
+  EXPECT_EQ(tree->Images(), nullptr);
+  EXPECT_EQ(tree->StateImages(), nullptr);
+  EXPECT_EQ(bar->Images(), nullptr);
+  EXPECT_EQ(bar->HotImages(), nullptr);
+  EXPECT_EQ(bar->DisabledImages(), nullptr);
+  // They still draw, without the pictures.
+  EXPECT_FALSE(Grab(lv->Widget()).isNull());
+  EXPECT_FALSE(Grab(tree->Widget()).isNull());
+}

@@ -224,6 +224,42 @@ TEST_F(StdCtrlsTest, ComboBoxListChoosesByTextAndReportsChanges) {
   EXPECT_EQ(combo->Height(), 21);
 }
 
+TEST_F(StdCtrlsTest, AComboBoxListShowsItsColourWithAClassicArrowButton) {
+  // The focus goes to the edit: a focused list shows its text highlighted instead.
+  auto* edit = Make<TEdit>(form, 8, 40, 100, 21);
+  auto* combo = Make<TComboBox>(form, 8, 8, 145, 21);
+  combo->SetStyle(csDropDownList);
+  combo->SetColor(clBlack);
+  combo->Font()->SetColor(clLime);
+  combo->Items()->Add("one");
+  combo->SetItemIndex(0);
+  ShowForm();
+  edit->SetFocus();
+  const QImage image = combo->Widget()->grab().toImage();
+  const QRgb black = qRgb(0, 0, 0);
+  const QRgb lime = qRgb(0, 255, 0);
+  const QRgb face = ColorToQColor(clBtnFace).rgb();
+  // The field is the control's colour, its text the font's.
+  EXPECT_EQ(image.pixel(100, 10), black);
+  int text = 0;
+  for (int x = 0; x < 60; ++x)
+    for (int y = 0; y < image.height(); ++y) text += image.pixel(x, y) == lime;
+  EXPECT_GT(text, 10);
+  // The arrow button is button face with a black arrow, never in the font's colour.
+  int limeInButton = 0, blackInButton = 0, faceInButton = 0;
+  for (int x = image.width() - 18; x < image.width() - 2; ++x) {
+    for (int y = 2; y < image.height() - 2; ++y) {
+      const QRgb p = image.pixel(x, y);
+      limeInButton += p == lime;
+      blackInButton += p == black;
+      faceInButton += p == face;
+    }
+  }
+  EXPECT_EQ(limeInButton, 0);
+  EXPECT_GT(blackInButton, 5);
+  EXPECT_GT(faceInButton, 100);
+}
+
 TEST_F(StdCtrlsTest, GroupBoxesKeepTheirCaptionOutOfTheClientArea) {
   auto* group = Make<TGroupBox>(form, 8, 8, 200, 100);
   auto* memo = Make<TMemo>(group, 0, 0, 10, 10);
