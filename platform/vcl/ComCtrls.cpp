@@ -2536,16 +2536,16 @@ TFontName TTextAttributes::Name() const {
 
 namespace {
 QTextCharFormat FontFormat(const std::string& name, int height, TFontStyles style, TFontCharset charset) {
-  TFontSpec spec;
-  spec.Name = name;
-  spec.Height = -std::abs(height);
-  spec.Bold = style.Contains(fsBold);
-  spec.Italic = style.Contains(fsItalic);
-  spec.Underline = style.Contains(fsUnderline);
-  spec.StrikeOut = style.Contains(fsStrikeOut);
-  spec.Charset = charset;
+  TFontRequest request;
+  request.Name = name;
+  request.Height = -std::abs(height);
+  request.Bold = style.Contains(fsBold);
+  request.Italic = style.Contains(fsItalic);
+  request.Underline = style.Contains(fsUnderline);
+  request.StrikeOut = style.Contains(fsStrikeOut);
+  request.Charset = charset;
   QTextCharFormat f;
-  f.setFont(ResolveFont(spec), QTextCharFormat::FontPropertiesAll);
+  f.setFont(ResolveFont(request), QTextCharFormat::FontPropertiesAll);
   f.setProperty(FontNameProperty, QString::fromStdString(name));
   f.setProperty(FontHeightProperty, std::abs(height));
   return f;

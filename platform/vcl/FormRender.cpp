@@ -157,14 +157,14 @@ QImage RenderForm(TCustomForm* form) {
         buttonsLeft = min.left();
       }
     }
-    TFontSpec spec;
-    spec.Name = "Tahoma";
-    spec.Height = -11;
-    spec.Bold = true;
+    TFontRequest request;
+    request.Name = "Tahoma";
+    request.Height = -11;
+    request.Bold = true;
     TCaptionLayout layout;
     layout.ShowAccelChar = false;
     layout.VAlign = TTextVAlign::Center;
-    DrawCaption(p, QRect(textLeft, bar.top(), std::max(0, buttonsLeft - textLeft - 2), bar.height()), ResolveFont(spec),
+    DrawCaption(p, QRect(textLeft, bar.top(), std::max(0, buttonsLeft - textLeft - 2), bar.height()), ResolveFont(request),
                 form->UnicodeText(), layout, ColorToQColor(clCaptionText));
   }
   p.drawPixmap(fw, fw + caption, inside);

@@ -1238,8 +1238,8 @@ void TApplication::HookQt() {
     // The classic look for every window of the program.
     if (QStyle* style = QStyleFactory::create(QStringLiteral("Windows"))) app->setStyle(style);
     app->setPalette(ClassicPalette());
-    TFontSpec spec;
-    app->setFont(ResolveFont(spec));
+    TFontRequest request;
+    app->setFont(ResolveFont(request));
     QObject::connect(app, &QGuiApplication::applicationStateChanged, app, [this](Qt::ApplicationState state) {
       Guard([&] {
         if (state == Qt::ApplicationActive && OnActivate) OnActivate(this);

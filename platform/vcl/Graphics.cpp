@@ -346,28 +346,28 @@ bool IsBitmapFamily(const QString& family) {
 }  // namespace
 
 namespace {
-QFont MakeFont(const TFontSpec& spec);
+QFont MakeFont(const TFontRequest& request);
 }
 
-QFont ResolveFont(const TFontSpec& spec) {
+QFont ResolveFont(const TFontRequest& request) {
   static std::map<std::tuple<std::string, int, int, int>, QFont> cache;
-  const int style = (spec.Bold ? 1 : 0) | (spec.Italic ? 2 : 0) | (spec.Underline ? 4 : 0) | (spec.StrikeOut ? 8 : 0);
-  auto key = std::make_tuple(spec.Name, spec.Height, style, static_cast<int>(spec.Charset));
+  const int style = (request.Bold ? 1 : 0) | (request.Italic ? 2 : 0) | (request.Underline ? 4 : 0) | (request.StrikeOut ? 8 : 0);
+  auto key = std::make_tuple(request.Name, request.Height, style, static_cast<int>(request.Charset));
   auto it = cache.find(key);
   if (it != cache.end()) return it->second;
-  QFont font = MakeFont(spec);
+  QFont font = MakeFont(request);
   cache.emplace(std::move(key), font);
   return font;
 }
 
 namespace {
-QFont MakeFont(const TFontSpec& spec) {
+QFont MakeFont(const TFontRequest& request) {
   RegisterClassicFonts();
-  int em = spec.Height < 0 ? -spec.Height : 0;
-  const QString family = ClassicFontFamily(spec.Name, em > 0 ? em : (spec.Height > 0 ? spec.Height : 11));
+  int em = request.Height < 0 ? -request.Height : 0;
+  const QString family = ClassicFontFamily(request.Name, em > 0 ? em : (request.Height > 0 ? request.Height : 11));
   QFont font(family);
   font.setStyleStrategy(QFont::PreferDefault);
-  if (spec.Height > 0) {
+  if (request.Height > 0) {
     // A cell height: find the character height whose cell it is.
     QFont probe(family);
     probe.setPixelSize(100);
@@ -379,14 +379,14 @@ QFont MakeFont(const TFontSpec& spec) {
       QFontMetrics m(probe);
       cell100 = m.ascent() + m.descent();
     }
-    em = cell100 > 0 ? std::max(1, static_cast<int>(std::lround(spec.Height * 100.0 / cell100))) : spec.Height;
+    em = cell100 > 0 ? std::max(1, static_cast<int>(std::lround(request.Height * 100.0 / cell100))) : request.Height;
   }
   if (em <= 0) em = 11;
   font.setPixelSize(em);
-  font.setBold(spec.Bold);
-  font.setItalic(spec.Italic);
-  font.setUnderline(spec.Underline);
-  font.setStrikeOut(spec.StrikeOut);
+  font.setBold(request.Bold);
+  font.setItalic(request.Italic);
+  font.setUnderline(request.Underline);
+  font.setStrikeOut(request.StrikeOut);
   font.setKerning(false);
   return font;
 }
@@ -500,8 +500,8 @@ void TFont::SetStyle(TFontStyles value) {
   Changed();
 }
 
-TFontSpec TFont::Spec() const {
-  TFontSpec s;
+TFontRequest TFont::Request() const {
+  TFontRequest s;
   s.Name = FName;
   s.Height = FHeight;
   s.Bold = FStyle.Contains(fsBold);
@@ -514,7 +514,7 @@ TFontSpec TFont::Spec() const {
 
 const QFont& TFont::Handle() const {
   if (!FHandleValid) {
-    FHandle = ResolveFont(Spec());
+    FHandle = ResolveFont(Request());
     FHandleValid = true;
   }
   return FHandle;

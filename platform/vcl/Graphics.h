@@ -98,7 +98,7 @@ bool ColorToIdent(long color, std::string& ident);
 bool IdentToColor(std::string_view ident, long& color);
 
 // A font as a form describes it.
-struct TFontSpec {
+struct TFontRequest {
   std::string Name = "MS Sans Serif";
   // Negative: height of the characters in pixels (without internal leading).
   // Positive: height of the character cell. Zero: the default size.
@@ -118,8 +118,8 @@ void RegisterClassicFonts();
 // "Arial", "Courier New", ...) at the given character height in pixels.
 QString ClassicFontFamily(std::string_view name, int pixelHeight);
 
-// The Qt font that draws `spec` with metrics close to the named Windows font.
-QFont ResolveFont(const TFontSpec& spec);
+// The Qt font that draws `request` with metrics close to the named Windows font.
+QFont ResolveFont(const TFontRequest& request);
 
 // Height of the character cell (ascent + descent) of the resolved font, what a form stores
 // as its TextHeight.
@@ -173,7 +173,7 @@ public:
   void SetPixelsPerInch(int value) { FPixelsPerInch = value > 0 ? value : 96; }
 
   // The font as a form describes it, and the Qt font that draws it.
-  TFontSpec Spec() const;
+  TFontRequest Request() const;
   const QFont& Handle() const;
   // Text in this font's code page, and back.
   QString ToUnicode(std::string_view text) const { return TextToUnicode(text, FCharset); }

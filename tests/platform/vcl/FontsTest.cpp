@@ -13,28 +13,28 @@
 
 namespace {
 
-TFontSpec Spec(const char* name, int height, bool bold = false) {
-  TFontSpec s;
+TFontRequest Request(const char* name, int height, bool bold = false) {
+  TFontRequest s;
   s.Name = name;
   s.Height = height;
   s.Bold = bold;
   return s;
 }
 
-int Cell(const char* name, int height) { return FontCellHeight(ResolveFont(Spec(name, height))); }
+int Cell(const char* name, int height) { return FontCellHeight(ResolveFont(Request(name, height))); }
 
 }  // namespace
 
 TEST(Fonts, ClassicNamesMapToInstalledFamilies) {
   RegisterClassicFonts();
-  EXPECT_EQ(QFontInfo(ResolveFont(Spec("MS Sans Serif", -11))).family(), QStringLiteral("MS Sans Serif"));
-  EXPECT_EQ(QFontInfo(ResolveFont(Spec("Tahoma", -11))).family(), QStringLiteral("Tahoma"));
-  EXPECT_EQ(QFontInfo(ResolveFont(Spec("Arial", -13))).family(), QStringLiteral("Liberation Sans"));
-  EXPECT_EQ(QFontInfo(ResolveFont(Spec("Times New Roman", -16))).family(), QStringLiteral("Liberation Serif"));
-  EXPECT_EQ(QFontInfo(ResolveFont(Spec("Courier New", -13))).family(), QStringLiteral("Liberation Mono"));
-  EXPECT_EQ(QFontInfo(ResolveFont(Spec("System", -13))).family(), QStringLiteral("System"));
-  EXPECT_EQ(QFontInfo(ResolveFont(Spec("MS Shell Dlg 2", -11))).family(), QStringLiteral("Tahoma"));
-  EXPECT_FALSE(QFontInfo(ResolveFont(Spec("No Such Font At All", -11))).family().isEmpty());
+  EXPECT_EQ(QFontInfo(ResolveFont(Request("MS Sans Serif", -11))).family(), QStringLiteral("MS Sans Serif"));
+  EXPECT_EQ(QFontInfo(ResolveFont(Request("Tahoma", -11))).family(), QStringLiteral("Tahoma"));
+  EXPECT_EQ(QFontInfo(ResolveFont(Request("Arial", -13))).family(), QStringLiteral("Liberation Sans"));
+  EXPECT_EQ(QFontInfo(ResolveFont(Request("Times New Roman", -16))).family(), QStringLiteral("Liberation Serif"));
+  EXPECT_EQ(QFontInfo(ResolveFont(Request("Courier New", -13))).family(), QStringLiteral("Liberation Mono"));
+  EXPECT_EQ(QFontInfo(ResolveFont(Request("System", -13))).family(), QStringLiteral("System"));
+  EXPECT_EQ(QFontInfo(ResolveFont(Request("MS Shell Dlg 2", -11))).family(), QStringLiteral("Tahoma"));
+  EXPECT_FALSE(QFontInfo(ResolveFont(Request("No Such Font At All", -11))).family().isEmpty());
 }
 
 TEST(Fonts, CellHeightsMatchTheClassicMetrics) {
@@ -75,17 +75,17 @@ TEST(Fonts, FormTextHeightsOfTheCorpusAreMet) {
         header["Font.Height"].empty()) {
       continue;
     }
-    TFontSpec spec;
-    spec.Name = name.substr(1, name.size() - 2);
-    spec.Height = std::stoi(header["Font.Height"]);
-    spec.Bold = header["Font.Style"].find("fsBold") != std::string::npos;
+    TFontRequest request;
+    request.Name = name.substr(1, name.size() - 2);
+    request.Height = std::stoi(header["Font.Height"]);
+    request.Bold = header["Font.Style"].find("fsBold") != std::string::npos;
     const int expected = std::stoi(header["TextHeight"]);
-    const int ours = FontCellHeight(ResolveFont(spec));
+    const int ours = FontCellHeight(ResolveFont(request));
     ++checked;
     if (std::abs(ours - expected) <= 1) {
       ++close;
     } else {
-      ++misses[spec.Name + " " + std::to_string(spec.Height) + ": " + std::to_string(ours) + " for " +
+      ++misses[request.Name + " " + std::to_string(request.Height) + ": " + std::to_string(ours) + " for " +
                std::to_string(expected)];
     }
   }
@@ -96,13 +96,13 @@ TEST(Fonts, FormTextHeightsOfTheCorpusAreMet) {
 }
 
 TEST(Fonts, PositiveHeightIsTheCellHeight) {
-  const QFont f = ResolveFont(Spec("Arial", 16));
+  const QFont f = ResolveFont(Request("Arial", 16));
   EXPECT_NEAR(FontCellHeight(f), 16, 1);
   EXPECT_LT(f.pixelSize(), 16);
 }
 
 TEST(Fonts, StylesAreKept) {
-  TFontSpec s = Spec("Arial", -12, true);
+  TFontRequest s = Request("Arial", -12, true);
   s.Italic = true;
   s.Underline = true;
   const QFont f = ResolveFont(s);
