@@ -97,9 +97,13 @@ TEST_F(FormRenderTest, TheProgramWritesThePictureAndExitsWithItsStatus) {
   const fs::path program = fs::path(LUMORA_BINARY_DIR) / "bin" / "lumora-form-png";
   ASSERT_TRUE(fs::exists(program)) << program;
   const fs::path png = dir / "program.png";
-  const std::string ok = program.string() + " '" + png.string() + "' '" + Sample("Sample3.dfm").string() + "' 2>/dev/null";
+  const fs::path messages = dir / "stderr.txt";
+  const std::string ok =
+      program.string() + " '" + png.string() + "' '" + Sample("Sample3.dfm").string() + "' 2>'" + messages.string() + "'";
   int status = std::system(ok.c_str());
   EXPECT_EQ(WEXITSTATUS(status), 0);
+  // A form that reads without errors leaves nothing on standard error.
+  EXPECT_EQ(lumora::test::ReadFileBytes(messages), "");
   const QImage image(QString::fromStdString(png.string()));
   EXPECT_FALSE(image.isNull());
   EXPECT_GT(image.width(), 100);
