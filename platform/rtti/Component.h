@@ -150,3 +150,14 @@ private:
   TComponentState FComponentState;
   TComponentStyle FComponentStyle{csInheritable};
 };
+
+// Points `field` at `value`, moving `self`'s free notification from the component it
+// pointed at to the new one. False when it pointed there already.
+template <class T>
+bool ReplaceComponentLink(TComponent* self, T*& field, T* value) {
+  if (field == value) return false;
+  if (field) field->RemoveFreeNotification(self);
+  field = value;
+  if (field) field->FreeNotification(self);
+  return true;
+}

@@ -109,10 +109,7 @@ void TCustomTabControl::SetTabIndex(int value) {
 }
 
 void TCustomTabControl::SetImages(TCustomImageList* value) {
-  if (FImages == value) return;
-  if (FImages) FImages->RemoveFreeNotification(this);
-  FImages = value;
-  if (FImages) FImages->FreeNotification(this);
+  if (!ReplaceComponentLink(this, FImages, value)) return;
   TabsChanged();
 }
 
@@ -2120,18 +2117,12 @@ void TCustomTreeView::SetHideSelection(bool value) {
 }
 
 void TCustomTreeView::SetImages(TCustomImageList* value) {
-  if (FImages == value) return;
-  if (FImages) FImages->RemoveFreeNotification(this);
-  FImages = value;
-  if (FImages) FImages->FreeNotification(this);
+  if (!ReplaceComponentLink(this, FImages, value)) return;
   if (QTreeWidget* w = TreeWidget()) w->doItemsLayout();
 }
 
 void TCustomTreeView::SetStateImages(TCustomImageList* value) {
-  if (FStateImages == value) return;
-  if (FStateImages) FStateImages->RemoveFreeNotification(this);
-  FStateImages = value;
-  if (FStateImages) FStateImages->FreeNotification(this);
+  if (!ReplaceComponentLink(this, FStateImages, value)) return;
   if (QTreeWidget* w = TreeWidget()) w->doItemsLayout();
 }
 
@@ -3873,28 +3864,19 @@ void TCustomListView::SetHideSelection(bool value) {
 }
 
 void TCustomListView::SetLargeImages(TCustomImageList* value) {
-  if (FLargeImages == value) return;
-  if (FLargeImages) FLargeImages->RemoveFreeNotification(this);
-  FLargeImages = value;
-  if (FLargeImages) FLargeImages->FreeNotification(this);
+  if (!ReplaceComponentLink(this, FLargeImages, value)) return;
   UpdateWidgetText();
   RebuildItems();
 }
 
 void TCustomListView::SetSmallImages(TCustomImageList* value) {
-  if (FSmallImages == value) return;
-  if (FSmallImages) FSmallImages->RemoveFreeNotification(this);
-  FSmallImages = value;
-  if (FSmallImages) FSmallImages->FreeNotification(this);
+  if (!ReplaceComponentLink(this, FSmallImages, value)) return;
   UpdateWidgetText();
   RebuildItems();
 }
 
 void TCustomListView::SetStateImages(TCustomImageList* value) {
-  if (FStateImages == value) return;
-  if (FStateImages) FStateImages->RemoveFreeNotification(this);
-  FStateImages = value;
-  if (FStateImages) FStateImages->FreeNotification(this);
+  if (!ReplaceComponentLink(this, FStateImages, value)) return;
 }
 
 void TCustomListView::Notification(TComponent* component, TOperation operation) {
@@ -4232,18 +4214,12 @@ void TToolButton::SetDown(bool value) {
 }
 
 void TToolButton::SetDropdownMenu(TPopupMenu* value) {
-  if (FDropdownMenu == value) return;
-  if (FDropdownMenu) FDropdownMenu->RemoveFreeNotification(this);
-  FDropdownMenu = value;
-  if (FDropdownMenu) FDropdownMenu->FreeNotification(this);
+  if (!ReplaceComponentLink(this, FDropdownMenu, value)) return;
 }
 
 void TToolButton::SetMenuItem(TMenuItem* value) {
-  if (FMenuItem == value) return;
-  if (FMenuItem) FMenuItem->RemoveFreeNotification(this);
-  FMenuItem = value;
+  if (!ReplaceComponentLink(this, FMenuItem, value)) return;
   if (FMenuItem) {
-    FMenuItem->FreeNotification(this);
     // The button shows what the menu item shows.
     if (!Loading(this)) {
       SetCaption(FMenuItem->Caption());
@@ -4650,25 +4626,16 @@ void TToolBar::SetButtonWidth(int value) {
   ArrangeButtons();
 }
 
-namespace {
-void SetImageLink(TComponent* self, TCustomImageList*& field, TCustomImageList* value) {
-  if (field == value) return;
-  if (field) field->RemoveFreeNotification(self);
-  field = value;
-  if (field) field->FreeNotification(self);
-}
-}  // namespace
-
 void TToolBar::SetDisabledImages(TCustomImageList* value) {
-  SetImageLink(this, FDisabledImages, value);
+  ReplaceComponentLink(this, FDisabledImages, value);
   Invalidate();
   for (TControl* c : FButtons) c->Invalidate();
 }
 
-void TToolBar::SetHotImages(TCustomImageList* value) { SetImageLink(this, FHotImages, value); }
+void TToolBar::SetHotImages(TCustomImageList* value) { ReplaceComponentLink(this, FHotImages, value); }
 
 void TToolBar::SetImages(TCustomImageList* value) {
-  SetImageLink(this, FImages, value);
+  ReplaceComponentLink(this, FImages, value);
   ArrangeButtons();
   for (TControl* c : FButtons) c->Invalidate();
 }
@@ -4996,13 +4963,8 @@ TCustomUpDown::TCustomUpDown(TComponent* owner) : TWinControl(owner) {
 void TCustomUpDown::CreateWidget() { AdoptWidget(new TPaintedWidget(this, true)); }
 
 void TCustomUpDown::SetAssociate(TWinControl* value) {
-  if (FAssociate == value) return;
-  if (FAssociate) FAssociate->RemoveFreeNotification(this);
-  FAssociate = value;
-  if (FAssociate) {
-    FAssociate->FreeNotification(this);
-    if (!Loading(this)) UpdateAssociate();
-  }
+  if (!ReplaceComponentLink(this, FAssociate, value)) return;
+  if (FAssociate && !Loading(this)) UpdateAssociate();
 }
 
 void TCustomUpDown::Notification(TComponent* component, TOperation operation) {
@@ -5409,10 +5371,7 @@ void THeaderControl::SectionsChanged() {
 }
 
 void THeaderControl::SetImages(TCustomImageList* value) {
-  if (FImages == value) return;
-  if (FImages) FImages->RemoveFreeNotification(this);
-  FImages = value;
-  if (FImages) FImages->FreeNotification(this);
+  if (!ReplaceComponentLink(this, FImages, value)) return;
   Invalidate();
 }
 
@@ -6101,10 +6060,7 @@ void TCoolBar::SetFixedSize(bool value) {
 }
 
 void TCoolBar::SetImages(TCustomImageList* value) {
-  if (FImages == value) return;
-  if (FImages) FImages->RemoveFreeNotification(this);
-  FImages = value;
-  if (FImages) FImages->FreeNotification(this);
+  if (!ReplaceComponentLink(this, FImages, value)) return;
   ArrangeBands();
 }
 

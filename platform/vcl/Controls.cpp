@@ -626,10 +626,9 @@ void TControl::SetPopupMenu(TPopupMenu* value) {
 void TControl::SetAction(TBasicAction* value) {
   if (FAction == value) return;
   if (FAction) FAction->UnRegisterClient(this);
-  FAction = value;
+  ReplaceComponentLink(this, FAction, value);
   if (value) {
     value->RegisterClient(this);
-    value->FreeNotification(this);
     ActionChange(value, ComponentState().Contains(csLoading));
   }
 }

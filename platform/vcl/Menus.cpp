@@ -210,10 +210,9 @@ void TMenuItem::SetSubMenuImages(TCustomImageList* value) {
 void TMenuItem::SetAction(TBasicAction* value) {
   if (FAction == value) return;
   if (FAction) FAction->UnRegisterClient(this);
-  FAction = value;
+  ReplaceComponentLink(this, FAction, value);
   if (value) {
     value->RegisterClient(this);
-    value->FreeNotification(this);
     ActionChange(value, ComponentState().Contains(csLoading));
   }
 }
