@@ -309,7 +309,10 @@ TjoRichEdit::TjoRichEdit(TComponent* AOwner) : TWinControl(AOwner) {
 }
 
 TjoRichEdit::~TjoRichEdit() {
-  if (FView) FView->Detach();
+  if (FView) {
+    FView->Detach();
+    FView = nullptr;
+  }
   DestroyWidget();
   QObject::disconnect(FDocument, nullptr, nullptr, nullptr);
   delete FLines;
@@ -549,7 +552,7 @@ void TjoRichEdit::ReplaceRange(int Start, int End, std::string_view Utf8) {
   {
     TWritable Writable(S);
     S->SendScintilla(QSci::SCI_SETTARGETRANGE, static_cast<unsigned long>(Start), static_cast<long>(End));
-    S->SendScintilla(QSci::SCI_REPLACETARGET, static_cast<uintptr_t>(Utf8.size()), Utf8.data());
+    S->SendScintilla(QSci::SCI_REPLACETARGET, static_cast<uintptr_t>(Utf8.size()), Utf8.empty() ? "" : Utf8.data());
   }
   CheckSelection();
 }
@@ -624,7 +627,14 @@ void TjoRichEdit::SetSelection(int Start, int Length) {
 std::string TjoRichEdit::SelText() const {
   const int Start = SelStart();
   const std::string_view Doc = DocumentText();
-  return FromDocument(Doc.substr(static_cast<std::size_t>(Start), static_cast<std::size_t>(SelLength())));
+  const std::string Bytes =
+      FromDocument(Doc.substr(static_cast<std::size_t>(Start), static_cast<std::size_t>(SelLength())));
+  std::string Out;
+  for (const char C : Bytes) {
+    if (C == '\n') Out += '\r';
+    Out += C;
+  }
+  return Out;
 }
 
 void TjoRichEdit::SetSelText(const std::string& Value) {
@@ -902,9 +912,12 @@ bool TjoRichEdit::WidgetEvent(QObject* Watched, QEvent* Event) {
   // A rich edit elsewhere guards against switching keyboard layouts by itself; neither
   // Qt nor this component ever changes the input method on its own, so there is nothing
   // to guard here.
+  // A view on its way out still reports its focus leaving: nothing to do then.
+  if (!FView) return TWinControl::WidgetEvent(Watched, Event);
   switch (Event->type()) {
     case QEvent::FocusIn:
-      if (FView && FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 0UL);
+      fprintf(stderr, "focusin %d\n", int(static_cast<QFocusEvent*>(Event)->reason()));
+      if (FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 0UL);
       if (!FEntered) {
         FEntered = true;
         DoEnter();
@@ -912,9 +925,10 @@ bool TjoRichEdit::WidgetEvent(QObject* Watched, QEvent* Event) {
       break;
     case QEvent::FocusOut: {
       const Qt::FocusReason Reason = static_cast<QFocusEvent*>(Event)->reason();
+      fprintf(stderr, "focusout %d entered %d\n", int(Reason), int(FEntered));
       // A menu opening keeps the focus where it is.
       if (Reason == Qt::PopupFocusReason) break;
-      if (FView && FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 1UL);
+      if (FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 1UL);
       // Another window taking over leaves the focus with this control in its own window.
       if (Reason == Qt::ActiveWindowFocusReason) break;
       if (FEntered) {
