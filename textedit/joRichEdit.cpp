@@ -916,7 +916,6 @@ bool TjoRichEdit::WidgetEvent(QObject* Watched, QEvent* Event) {
   if (!FView) return TWinControl::WidgetEvent(Watched, Event);
   switch (Event->type()) {
     case QEvent::FocusIn:
-      fprintf(stderr, "focusin %d\n", int(static_cast<QFocusEvent*>(Event)->reason()));
       if (FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 0UL);
       if (!FEntered) {
         FEntered = true;
@@ -925,7 +924,6 @@ bool TjoRichEdit::WidgetEvent(QObject* Watched, QEvent* Event) {
       break;
     case QEvent::FocusOut: {
       const Qt::FocusReason Reason = static_cast<QFocusEvent*>(Event)->reason();
-      fprintf(stderr, "focusout %d entered %d\n", int(Reason), int(FEntered));
       // A menu opening keeps the focus where it is.
       if (Reason == Qt::PopupFocusReason) break;
       if (FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 1UL);
