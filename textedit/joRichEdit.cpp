@@ -222,13 +222,8 @@ public:
     TStrings::Assign(Source);
   }
 
-  void SaveToStream(TStream& Stream) const override {
-    if (FEdit->PlainText()) {
-      Stream.WriteBuffer(GetTextStr());
-    } else {
-      Stream.WriteBuffer(FEdit->RichText());
-    }
-  }
+  void SaveToStream(TStream& Stream) const override { Stream.WriteBuffer(Saved()); }
+  void SaveToFile(const std::string& FileName) const override { WriteFileAtomically(FileName, Saved()); }
 
 protected:
   std::string Get(int Index) const override {
@@ -260,6 +255,9 @@ protected:
   }
 
 private:
+  // What saving writes: plain text, or rich text while PlainText is false.
+  std::string Saved() const { return FEdit->PlainText() ? GetTextStr() : FEdit->RichText(); }
+
   TjoRichEdit* FEdit;
 };
 
@@ -1196,6 +1194,11 @@ std::string TjoRichEdit::RichText() const {
         AppendEscaped(FromDocument(Run));
         RunStart = RunEnd;
       }
+    }
+    // Each line closes its own bold run, as readers expect.
+    if (Bold != BoldFont) {
+      Out += "\\b0";
+      Bold = BoldFont;
     }
     Out += "\\par\r\n";
   }
