@@ -675,14 +675,16 @@ int TjoRichEdit::FindText(const std::string& Text, int StartPos, int Length, TSe
   if (Text.empty() || Length <= 0) return -1;
   const int TextLen = GetTextLen();
   const int Start = std::clamp(StartPos, 0, TextLen);
-  int End = TextLen;
-  if (static_cast<long long>(Length) < static_cast<long long>(TextLen) - Start) {
-    // Characters are at least one byte each: only a shorter reach needs counting.
-    const long Relative = Sci()->SendScintilla(QSci::SCI_POSITIONRELATIVE, static_cast<unsigned long>(Start),
-                                                static_cast<long>(Length));
-    if (Relative > 0) End = static_cast<int>(Relative);
-  }
-  return FindInDocument(ToDocument(Text), Start, End, Options);
+  const std::string Needle = ToDocument(Text);
+  const int Found = FindInDocument(Needle, Start, TextLen, Options);
+  if (Found < 0) return -1;
+  // The match must end within reach. Characters are at least one byte each, so only a
+  // match further away in bytes than the reach needs its characters counted.
+  const long long End = static_cast<long long>(Found) + static_cast<long long>(Needle.size());
+  if (End - Start <= Length) return Found;
+  const long Characters =
+      Sci()->SendScintilla(QSci::SCI_COUNTCHARACTERS, static_cast<unsigned long>(Start), static_cast<long>(End));
+  return Characters <= Length ? Found : -1;
 }
 
 int TjoRichEdit::FindInDocument(std::string_view Needle, int Start, int End, TSearchTypes Options) const {
@@ -715,24 +717,32 @@ int TjoRichEdit::FindInDocument(std::string_view Needle, int Start, int End, TSe
     }
     return -1;
   }
-  // Any case: candidates are found by the first byte in both cases, then compared.
+  // Any case: candidates are found by the first byte in both cases, then compared. Each
+  // case keeps its own next candidate, so that no stretch is scanned twice.
   const unsigned char First = AsciiLower(static_cast<unsigned char>(Needle[0]));
   const unsigned char FirstUpper = First >= 'a' && First <= 'z' ? static_cast<unsigned char>(First - 32) : First;
   const char* Base = Doc.data();
-  while (From <= Last) {
-    const std::size_t Span = Last - From + 1;
-    const char* A = static_cast<const char*>(std::memchr(Base + From, First, Span));
-    const char* B = FirstUpper != First ? static_cast<const char*>(std::memchr(Base + From, FirstUpper, Span)) : nullptr;
-    const char* Hit = A && B ? std::min(A, B) : A ? A : B;
-    if (!Hit) return -1;
-    const std::size_t At = static_cast<std::size_t>(Hit - Base);
+  constexpr std::size_t None = std::string_view::npos;
+  auto Next = [&](unsigned char C, std::size_t At) -> std::size_t {
+    if (At > Last) return None;
+    const void* Hit = std::memchr(Base + At, C, Last - At + 1);
+    return Hit ? static_cast<std::size_t>(static_cast<const char*>(Hit) - Base) : None;
+  };
+  std::size_t Lower = Next(First, From);
+  std::size_t Upper = FirstUpper != First ? Next(FirstUpper, From) : None;
+  for (;;) {
+    const std::size_t At = std::min(Lower, Upper);
+    if (At == None) return -1;
     bool Same = true;
     for (std::size_t I = 1; I < Needle.size() && Same; ++I)
       Same = AsciiLower(static_cast<unsigned char>(Base[At + I])) == AsciiLower(static_cast<unsigned char>(Needle[I]));
     if (Same && (!WholeWord || IsWholeWord(At))) return static_cast<int>(At);
-    From = At + 1;
+    if (At == Lower) {
+      Lower = Next(First, At + 1);
+    } else {
+      Upper = Next(FirstUpper, At + 1);
+    }
   }
-  return -1;
 }
 
 // ---- Lines and positions
