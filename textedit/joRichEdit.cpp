@@ -11,6 +11,8 @@
 
 #include <Qsci/qsciscintillabase.h>
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QContextMenuEvent>
 #include <QDialog>
 #include <QMenuBar>
@@ -108,6 +110,8 @@ private:
 // that moved them has been handled (the component itself reports them only when it paints).
 
 class TjoScintillaView : public QsciScintillaBase {
+  // A class name of its own, so that the accessibility factory below is the one asked.
+  Q_OBJECT
 public:
   explicit TjoScintillaView(TjoRichEdit* Owner) : FOwner(Owner) {}
   // The control stops using the view before the component goes (a widget going away
@@ -151,6 +155,19 @@ private:
   }
   TjoRichEdit* FOwner;
 };
+
+namespace {
+
+// The component's accessibility layer counts the caret's place in characters from the
+// start of the text on every caret move and every paint, which makes a large form slow
+// to type in; the view is offered to assistive tools as a plain editable-text widget.
+QAccessibleInterface* ViewAccessible(const QString& ClassName, QObject* Object) {
+  if (ClassName != QLatin1String("TjoScintillaView")) return nullptr;
+  auto* W = qobject_cast<QWidget*>(Object);
+  return W ? new QAccessibleWidget(W, QAccessible::EditableText) : nullptr;
+}
+
+}  // namespace
 
 // ---------------------------------------------------------------------------------------
 // The lines: one per line of the document. A line end after the last line starts no line
@@ -295,12 +312,17 @@ TjoRichEdit::TjoRichEdit(TComponent* AOwner) : TWinControl(AOwner) {
   FParentColor = false;
   FColor = clWindow;
   FCharset = FFont->Charset();
+  static const bool Installed = [] {
+    QAccessible::installFactory(ViewAccessible);
+    return true;
+  }();
+  (void)Installed;
   FDocument = new QsciScintillaBase();
   FDocument->setObjectName(QStringLiteral("TjoRichEditDocument"));
   ConfigureView(FDocument);
   QObject::connect(FDocument, &QsciScintillaBase::SCN_MODIFIED, FDocument,
                    [this](int, int Type, const char*, int, int, int, int, int, int, int) {
-                     if (Type & (QSci::SC_MOD_INSERTTEXT | QSci::SC_MOD_DELETETEXT)) Guard([this] { DocumentChanged(); });
+                     if (Type & (QSci::SC_MOD_BEFOREINSERT | QSci::SC_MOD_BEFOREDELETE)) FChangePending = true;
                    });
   FLines = new TjoRichEditStrings(this);
   CreateMenu();
@@ -333,8 +355,13 @@ void TjoRichEdit::ConfigureView(QsciScintillaBase* View) const {
   View->SendScintilla(QSci::SCI_SETCODEPAGE, static_cast<unsigned long>(QSci::SC_CP_UTF8));
   View->SendScintilla(QSci::SCI_SETEOLMODE, static_cast<unsigned long>(QSci::SC_EOL_LF));
   View->SendScintilla(QSci::SCI_SETPASTECONVERTENDINGS, 1UL);
+  // Changes are heard before they are made, and reported once the operation that made
+  // them is over (CheckSelection). The component's own report after a change also tells
+  // its accessibility layer the change's place in characters from the start of the text,
+  // counted afresh each time: a keystroke at the end of a large form would cost tens of
+  // milliseconds.
   View->SendScintilla(QSci::SCI_SETMODEVENTMASK,
-                      static_cast<unsigned long>(QSci::SC_MOD_INSERTTEXT | QSci::SC_MOD_DELETETEXT));
+                      static_cast<unsigned long>(QSci::SC_MOD_BEFOREINSERT | QSci::SC_MOD_BEFOREDELETE));
   View->SendScintilla(QSci::SCI_SETLEXER, static_cast<unsigned long>(QSci::SCLEX_CONTAINER));
   View->SendScintilla(QSci::SCI_USEPOPUP, static_cast<unsigned long>(QSci::SC_POPUP_NEVER));
   for (unsigned long Margin = 0; Margin < 5; ++Margin) View->SendScintilla(QSci::SCI_SETMARGINWIDTHN, Margin, 0L);
@@ -888,6 +915,10 @@ void TjoRichEdit::Change() {
 }
 
 void TjoRichEdit::CheckSelection() {
+  if (FChangePending) {
+    FChangePending = false;
+    DocumentChanged();
+  }
   QSci* S = Sci();
   const int Anchor = static_cast<int>(S->SendScintilla(QSci::SCI_GETANCHOR));
   const int Caret = static_cast<int>(S->SendScintilla(QSci::SCI_GETCURRENTPOS));
@@ -1217,3 +1248,5 @@ std::string TjoRichEdit::RichText() const {
 }
 
 void RegisterRichEditClasses() { RegisterClasses({TjoRichEdit::StaticClass()}); }
+
+#include "joRichEdit.moc"

@@ -209,6 +209,30 @@ TEST_F(RichEditTest, TypingReportsTheCaretLineAndColumnAfterEachKey) {
   Key(Qt::Key_Down);
 }
 
+TEST_F(RichEditTest, EveryKeyThatChangesTheTextRaisesOnChangeOnceAfterTheChange) {
+  SetLines({"abc"});
+  int changes = 0;
+  std::vector<std::string> seen;
+  edit->OnChange = [&](TObject*) {
+    ++changes;
+    seen.push_back(edit->Lines()->Strings(0));
+  };
+  Key(Qt::Key_End);
+  EXPECT_EQ(changes, 0);
+  Key(Qt::Key_D);
+  Key(Qt::Key_Backspace);
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  Key(Qt::Key_Right);
+  const std::vector<std::string> expected{"abcd", "abc", "abcd"};
+  EXPECT_EQ(seen, expected);
+  EXPECT_EQ(changes, 3);
+  // Read-only: keys change nothing and raise nothing.
+  edit->SetReadOnly(true);
+  Key(Qt::Key_X);
+  EXPECT_EQ(changes, 3);
+  EXPECT_EQ(edit->Lines()->Strings(0), "abcd");
+}
+
 TEST_F(RichEditTest, TheColumnCountsCharactersBeyondAscii) {
   SetLines({"\xE9t\xE9 caf\xE9"});  // in Windows-1252
   int column = -1;
