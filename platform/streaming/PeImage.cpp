@@ -74,7 +74,7 @@ public:
     // that means directories or names that overlap, which could make reading explode.
     const std::uint64_t room = limit - base;
     FEntriesLeft = room / DirectoryEntrySize;
-    FLeavesLeft = room / DataEntrySize;
+    FLeavesLeft = room / (DirectoryEntrySize + DataEntrySize);
     FNameBytesLeft = room;
   }
 
@@ -86,9 +86,11 @@ private:
   // The file offset of `size` bytes at `offset` from the tree's start.
   std::uint64_t At(std::uint32_t offset, std::uint64_t size, const char* what) const {
     const std::uint64_t at = FBase + offset;
-    if (at > FLimit || size > FLimit - at)
+    if (at > FLimit || size > FLimit - at) {
+      FFile.Need(at, size, what);  // a file cut short says so
       throw EPeImageError(Format("%s (%u bytes at offset 0x%X) runs past the end of the resource section at 0x%X",
                                  what, size, at, FLimit));
+    }
     return at;
   }
 
@@ -158,30 +160,32 @@ private:
     resource.Type = type;
     resource.Name = name;
     resource.Language = language.Number;
+    resource.Rva = FFile.U32(at, "Resource data entry");
+    resource.Size = FFile.U32(at + 4, "Resource data entry");
     resource.CodePage = FFile.U32(at + 8, "Resource data entry");
-    resource.Data = Data(FFile.U32(at, "Resource data entry"), FFile.U32(at + 4, "Resource data entry"), resource);
+    FindData(resource);
     FOut.push_back(resource);
   }
 
-  // The `size` bytes at `rva`, which must lie in one section's data in the file.
-  std::string_view Data(std::uint32_t rva, std::uint32_t size, const TPeResource& resource) const {
-    auto fail = [&](const std::string& why) -> std::string_view {
-      throw EPeImageError(Format("Resource %s of type %s (language %u): %s", resource.Name.Text(),
-                                 resource.Type.Text(), resource.Language, why));
-    };
+  // Where the data is: in one section's data in the file, or the resource is damaged.
+  void FindData(TPeResource& resource) const {
+    resource.Damage = TResourceDamage::NoSection;
     for (const TPeSection& s : FSections) {
       const std::uint32_t extent = s.VirtualSize ? s.VirtualSize : s.RawSize;
-      if (rva < s.VirtualAddress || rva - s.VirtualAddress >= extent) continue;
-      const std::uint64_t inSection = rva - s.VirtualAddress;
+      if (resource.Rva < s.VirtualAddress || resource.Rva - s.VirtualAddress >= extent) continue;
+      resource.Section = s.Name;
+      const std::uint64_t inSection = resource.Rva - s.VirtualAddress;
       const std::uint64_t at = s.RawOffset + inSection;
-      if (inSection + size > s.RawSize)
-        return fail(Format("its %u bytes at RVA 0x%X run past the end of section %s", size, rva, s.Name));
-      if (at + size > FFile.Size())
-        return fail(Format("its %u bytes at offset 0x%X run past the end of the file (%u bytes)", size, at,
-                           FFile.Size()));
-      return FFile.Bytes(at, size, "Resource data");
+      if (inSection + resource.Size > s.RawSize) {
+        resource.Damage = TResourceDamage::PastSection;
+      } else if (at + resource.Size > FFile.Size()) {
+        resource.Damage = TResourceDamage::PastFile;
+      } else {
+        resource.Damage = TResourceDamage::None;
+        resource.Data = FFile.Bytes(at, resource.Size, "Resource data");
+      }
+      return;
     }
-    return fail(Format("its data at RVA 0x%X lies in no section", rva));
   }
 
   const TFields& FFile;
@@ -264,7 +268,7 @@ TPeImage::TPeImage(std::string_view image) : FImage(image) {
     const std::uint64_t at = table + std::uint64_t{i} * SectionHeaderSize;
     TPeSection s;
     const std::string_view name = file.Bytes(at, 8, "Section header");
-    s.Name = std::string(name.substr(0, std::min(name.find('\0'), name.size())));
+    s.Name = name.substr(0, std::min(name.find('\0'), name.size()));
     s.VirtualSize = file.U32(at + 8, "Section header");
     s.VirtualAddress = file.U32(at + 12, "Section header");
     s.RawSize = file.U32(at + 16, "Section header");
@@ -284,6 +288,7 @@ TPeImage::TPeImage(std::string_view image) : FImage(image) {
     const std::uint64_t limit = std::min<std::uint64_t>(std::uint64_t{s.RawOffset} + s.RawSize, image.size());
     if (base >= limit)
       throw EPeImageError(Format("Resource table at RVA 0x%X lies past the data of section %s in the file", rva, s.Name));
+    FResourceTableOffset = base;
     TResourceTreeReader(file, FSections, base, limit, FNames, FResources).Read();
     return;
   }
@@ -314,6 +319,8 @@ std::vector<const TPeResource*> TPeImage::Forms() const {
     const TPeResource* best = nullptr;
     for (const TPeResource* r : languages)
       if (IsFormStream(r->Data) && (!best || r->Language < best->Language)) best = r;
+    for (const TPeResource* r : languages)
+      if (!best && r->Damaged()) best = r;
     if (best && seen.insert(UpperCase(best->Name.Text())).second) forms.push_back(best);
     languages.clear();
   };
@@ -337,6 +344,24 @@ const TPeResource& TPeImage::Form(std::string_view name) const {
 }
 
 bool IsFormStream(std::string_view data) { return data.substr(0, 4) == "TPF0"; }
+
+std::string TPeResource::DamageText() const {
+  const std::string what = Format("Resource %s of type %s (language %u)", Name.Text(), Type.Text(), Language);
+  switch (Damage) {
+    case TResourceDamage::None: return {};
+    case TResourceDamage::NoSection: return Format("%s: its data at RVA 0x%X lies in no section", what, Rva);
+    case TResourceDamage::PastSection:
+      return Format("%s: its %u bytes at RVA 0x%X run past the end of section %s", what, Size, Rva, Section);
+    case TResourceDamage::PastFile:
+      return Format("%s: its %u bytes at RVA 0x%X run past the end of the file, which is cut short", what, Size, Rva);
+  }
+  return {};
+}
+
+std::string_view TPeResource::Bytes() const {
+  if (Damaged()) throw EPeImageError(DamageText());
+  return Data;
+}
 
 // ------------------------------------------------------------------ version resources
 

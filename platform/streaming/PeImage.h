@@ -33,18 +33,37 @@ struct TResourceId {
   bool Matches(std::string_view text) const;
 };
 
-// One resource: a leaf of the tree (type, name, language).
+// What is wrong with a resource whose data is not in the file.
+enum class TResourceDamage : std::uint8_t {
+  None,
+  NoSection,    // its RVA lies in no section
+  PastSection,  // its data runs past the end of its section's data
+  PastFile,     // its data runs past the end of the file (a file cut short)
+};
+
+// One resource: a leaf of the tree (type, name, language). A leaf whose data is not in
+// the file is kept, marked damaged, so that the others can still be read.
 struct TPeResource {
   TResourceId Type;
   TResourceId Name;
   std::uint16_t Language = 0;
   std::uint32_t CodePage = 0;
-  std::string_view Data;  // inside the image's bytes
+  std::string_view Data;  // inside the image's bytes; empty when damaged
+  std::uint32_t Rva = 0;  // where the data entry says the data is
+  std::uint32_t Size = 0;
+  TResourceDamage Damage = TResourceDamage::None;
+  std::string_view Section;  // the name of the section the RVA falls in, when it does
+
+  bool Damaged() const { return Damage != TResourceDamage::None; }
+  // What is wrong, naming the resource; empty when it is intact.
+  std::string DamageText() const;
+  // The data; raises EPeImageError with DamageText() when the resource is damaged.
+  std::string_view Bytes() const;
 };
 
 // One entry of the section table.
 struct TPeSection {
-  std::string Name;  // up to 8 bytes, without the padding zeros
+  std::string_view Name;  // up to 8 bytes, without the padding zeros; inside the image's bytes
   std::uint32_t VirtualAddress = 0;
   std::uint32_t VirtualSize = 0;
   std::uint32_t RawOffset = 0;
@@ -71,6 +90,8 @@ public:
   // The machine field of the file header (0x14C for x86, 0x8664 for x64).
   std::uint16_t Machine() const { return FMachine; }
   const std::vector<TPeSection>& Sections() const { return FSections; }
+  // File offset of the root of the resource tree; 0 when there is no resource table.
+  std::uint64_t ResourceTableOffset() const { return FResourceTableOffset; }
   // Every resource, in the order of the tree (types, then names, then languages).
   const std::vector<TPeResource>& Resources() const { return FResources; }
 
@@ -80,9 +101,10 @@ public:
   // The first resource of `type`, in the same order of languages; null when there is none.
   const TPeResource* FirstResource(std::uint16_t type) const;
 
-  // The RCDATA resources that hold a binary form stream ("TPF0"), one per name.
+  // The RCDATA resources that hold a binary form stream ("TPF0"), one per name, and
+  // the damaged RCDATA resources, which may have held one.
   std::vector<const TPeResource*> Forms() const;
-  // The form stream of resource `name`, compared without regard to case; raises
+  // The form of resource `name` (see TResourceId::Matches) among Forms(); raises
   // EPeImageError naming the forms there are when the program has no such form.
   const TPeResource& Form(std::string_view name) const;
 
@@ -90,6 +112,7 @@ private:
   std::string_view FImage;
   bool FIs64Bit = false;
   std::uint16_t FMachine = 0;
+  std::uint64_t FResourceTableOffset = 0;
   std::vector<TPeSection> FSections;
   std::vector<TPeResource> FResources;
   std::deque<std::string> FNames;  // the string names the resources point into
