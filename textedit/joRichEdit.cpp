@@ -1,6 +1,7 @@
 #include "textedit/joRichEdit.h"
 
 #include "platform/rtti/ClassBuilder.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/Charsets.h"
@@ -240,7 +241,7 @@ public:
   }
 
   void SaveToStream(TStream& Stream) const override { Stream.WriteBuffer(Saved()); }
-  void SaveToFile(const std::string& FileName) const override { WriteFileAtomically(FileName, Saved()); }
+  void SaveToFile(const std::string& FileName) const override { SaveFile(FileName, Saved()); }
 
 protected:
   std::string Get(int Index) const override {

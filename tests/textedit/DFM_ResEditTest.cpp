@@ -12,7 +12,7 @@
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/Values.h"
 #include "platform/vcl/Keys.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QAction>
 #include <QContextMenuEvent>

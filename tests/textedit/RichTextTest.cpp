@@ -5,7 +5,7 @@
 
 #include "platform/streaming/ObjectText.h"
 #include "platform/vcl/Charsets.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QProcess>
 #include <QRegularExpression>
