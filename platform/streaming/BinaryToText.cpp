@@ -473,15 +473,17 @@ std::string ObjectResourceToText(std::string_view resource) {
   return ObjectBinaryToText(resource.substr(ReadResHeader(resource)));
 }
 
-std::string StreamRootClassName(std::string_view stream) {
+TStreamRoot StreamRoot(std::string_view stream) {
   TValueReader reader(stream);
   reader.ReadSignature();
   TFilerFlags flags;
   std::int32_t childPos;
   std::string_view className, name;
   reader.ReadComponentHeader(flags, childPos, className, name);
-  return std::string(className);
+  return {std::string(name), std::string(className)};
 }
+
+std::string StreamRootClassName(std::string_view stream) { return StreamRoot(stream).ClassName; }
 
 namespace {
 
