@@ -4,6 +4,7 @@
 #include "liveform/joDesigner.h"
 #include "platform/vcl/Clipbrd.h"
 #include "platform/vcl/Keys.h"
+#include "textedit/DFM_ResEdit.h"
 #include "textedit/DFM_Utils.h"
 
 
@@ -34,7 +35,10 @@ bool StartsWithNoCase(std::string_view text, std::string_view prefix) {
   return text.size() >= prefix.size() && SameText(text.substr(0, prefix.size()), prefix);
 }
 
-int LineOf(const TTreeNode* node) { return static_cast<int>(reinterpret_cast<std::intptr_t>(node->Data())); }
+std::string WithoutKeyword(std::string_view text) {
+  const size_t blank = text.find(' ');
+  return blank == std::string_view::npos ? std::string() : std::string(TrimLeft(text.substr(blank + 1)));
+}
 
 }  // namespace
 
@@ -97,26 +101,22 @@ void TFrm_DFM_OI::LoadFromDocument(TPersistent* Document) {
   FFormText->EndUpdate();
 
   FLoading = true;
-  TTreeNodes* nodes = CompTree->Items();
-  nodes->BeginUpdate();
-  nodes->Clear();
   Propertyes->Lines()->Clear();
-  // One node per component block, nested as in the text, carrying its heading line.
-  WalkFormText(lines, 0, 0, 0, nullptr,
-               [nodes](int Kind, TFormNodeHandle Parent, int LineIndex, std::intptr_t, std::string_view Rest) {
-                 if (Kind == flkEnd) return Parent;
-                 if (Kind == flkItem) return NoFormNode;
-                 TTreeNode* node = nodes->AddChildObject(reinterpret_cast<TTreeNode*>(Parent), std::string(Rest),
-                                                         reinterpret_cast<void*>(static_cast<std::intptr_t>(LineIndex)));
-                 return reinterpret_cast<TFormNodeHandle>(node);
-               });
-  nodes->EndUpdate();
+  BuildFormTree(CompTree, FFormText.get(), true);
+  // A node names its component alone ("Button1: TButton"), without the block's keyword.
+  for (TTreeNode* node = CompTree->Items()->GetFirstNode(); node; node = node->GetNext()) {
+    node->SetText(WithoutKeyword(node->Text()));
+  }
   FLoading = false;
 
   if (FFormText->Count() > 0) {
     Pan_FrmName->SetCaption(FFormText->Strings(0));
-    if (TTreeNode* first = nodes->GetFirstNode()) {
-      CompTree->SetSelected(first);
+    if (TTreeNode* first = CompTree->Items()->GetFirstNode()) {
+      if (CompTree->Selected() == first) {
+        CompTreeChange(CompTree, first);
+      } else {
+        CompTree->SetSelected(first);
+      }
       first->Expand(false);
     }
   }
@@ -146,7 +146,7 @@ void TFrm_DFM_OI::BuildPropertyText(int HeadingLine, TStrings& Out) const {
 void TFrm_DFM_OI::CompTreeChange(TObject*, TTreeNode* Node) {
   if (FLoading || !Node || !FFormText) return;
   TStringList& list = PropertyText();
-  BuildPropertyText(LineOf(Node), list);
+  BuildPropertyText(FormTreeNodeLine(Node), list);
   Propertyes->Lines()->Assign(&list);
   list.Clear();
   if (OnSelectComponent) {
