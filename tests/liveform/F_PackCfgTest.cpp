@@ -355,6 +355,31 @@ TEST_F(F_PackCfgTest, OwnedByAnotherWindowItHasNoBorder) {
   EXPECT_EQ(Dialog->BorderIcons(), TBorderIcons());
   EXPECT_EQ(Dialog->Position(), poDesigned);
   EXPECT_FALSE(Dialog->KeyPreview());
+  // The host places it on one of its panels, filling it, as the options dialog does on its page.
+  auto* page = new TPanel(host);
+  page->SetParent(host);
+  page->SetBounds(10, 10, 360, 220);
+  Dialog->SetParent(page);
+  Dialog->SetAlign(alClient);
+  host->Show();
+  QApplication::processEvents();
+  QWidget* w = Dialog->Widget();
+  EXPECT_FALSE(w->isVisible());  // until it is shown itself
+  Dialog->Show();
+  QApplication::processEvents();
+  EXPECT_FALSE(w->isWindow());
+  EXPECT_TRUE(w->isVisible());
+  EXPECT_EQ(w->window(), host->Widget());
+  EXPECT_EQ(w->geometry(), QRect(1, 1, page->ClientWidth() - 2, page->ClientHeight() - 2));  // inside the bevel
+  EXPECT_EQ(Dialog->GroupBox1->Width(), page->ClientWidth() - 2);
+  // The list is there, and follows the size it was given.
+  EXPECT_EQ(Shown().size(), 5u);
+  EXPECT_EQ(Dialog->Pan_Loading->Top() + Dialog->Pan_Loading->Height() + 2, Dialog->DPL_Name->Top());
+  EXPECT_GT(Dialog->Pan_Loading->Height(), 121);
+  // Keys go to the host's controls, not to a handler closing the page.
+  QTest::keyClick(List(), Qt::Key_Escape);
+  QApplication::processEvents();
+  EXPECT_TRUE(w->isVisible());
   Dialog = nullptr;  // the host owns it
   delete host;
 }
