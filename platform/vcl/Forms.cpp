@@ -501,7 +501,7 @@ void TCustomForm::LayoutWindow() {
 
 void TCustomForm::UpdateWidgetGeometry() {
   LayoutWindow();
-  if (QWidget* w = Widget(); w && FPosition == poDesigned) w->move(FLeft, FTop);
+  if (QWidget* w = Widget(); w && (FPosition == poDesigned || Parent())) w->move(FLeft, FTop);
   for (int i = 0; i < ControlCount(); ++i) Controls(i)->UpdateWidgetGeometry();
 }
 
@@ -533,6 +533,11 @@ void TCustomForm::Resize() {
 void TCustomForm::ApplyWindowFlags() {
   QWidget* w = Widget();
   if (!w) return;
+  // A form placed inside another control is a child of it, with no window of its own.
+  if (Parent()) {
+    if (w->isWindow()) w->setWindowFlags(Qt::Widget);
+    return;
+  }
   Qt::WindowFlags flags = Qt::Window;
   if (FClassicFrame) {
     // The program draws the frame, its buttons and its menu.
@@ -652,6 +657,11 @@ void TCustomForm::UpdateWidgetVisibility() {
   if (!w) return;
   if (ComponentState().Contains(csLoading)) return;
   const bool show = FVisible;
+  if (Parent()) {
+    // Hidden explicitly too, so that showing its parent does not show it.
+    w->setVisible(show);
+    return;
+  }
   if (show == w->isVisible()) return;
   if (show) {
     if (!FShownOnce) ApplyPosition();
@@ -704,6 +714,7 @@ void TCustomForm::VisibleChanged() {
     return;
   }
   UpdateWidgetVisibility();
+  if (Parent() && (FAlign != alNone || !(FAnchors == TAnchors{akLeft, akTop}))) RequestAlign();
 }
 
 void TCustomForm::Show() {
@@ -718,6 +729,7 @@ void TCustomForm::BringToFront() {
   if (!w || !w->isVisible()) return;
   // Screens without windows to stack (the offscreen one) have nothing to raise.
   if (QGuiApplication::platformName() != QLatin1String("offscreen")) w->raise();
+  if (Parent()) return;  // part of another window, which is the one activated
   w->activateWindow();
   TScreen::Instance()->SetActiveForm(this);
 }
