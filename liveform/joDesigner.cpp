@@ -312,12 +312,7 @@ TfixFormFFF* TjoDesigner::Form() {
 
 void TjoDesigner::DocumentChanged(TObject*) {
   NeedsReload = true;
-  if (FTextEditor) {
-    TStringList text;
-    FDocument->AssignTo(&text);
-    FTextEditor->LoadLines(&text, FDocument->Data());
-    FTextEditor->SetText(Caption);
-  }
+  if (FTextEditor) LoadTextEditor();
   if (FInspector && !FInspector->IsEmpty()) FInspector->Assign(FDocument);
   if (FForm && FForm->Showing()) Form();
 }
@@ -382,16 +377,21 @@ void TjoDesigner::SetTextEditor(TjoDFM_ResourceEditor* Value) {
   FTextEditor = Value;
   if (!FEditorLink) FEditorLink = new TjoEditorLink([this] { TextEditorGone(); });
   static_cast<TjoEditorLink*>(FEditorLink)->Watch(Value);
+  if (FTextEditor) LoadTextEditor();
+}
+
+void TjoDesigner::LoadTextEditor() {
+  TStringList text;
+  Document()->AssignTo(&text);
+  FTextEditor->LoadLines(&text, Document()->Data());
+  FTextEditor->SetText(Caption);
 }
 
 void TjoDesigner::TextEditorGone() { FTextEditor = nullptr; }
 
 void TjoDesigner::ShowText() {
   if (FTextEditor && TextIsEmpty(FTextEditor)) {
-    TStringList text;
-    Document()->AssignTo(&text);
-    FTextEditor->LoadLines(&text, Document()->Data());
-    FTextEditor->SetText(Caption);
+    LoadTextEditor();
   } else if (!FTextEditor && OnShowText) {
     OnShowText(this);
   }

@@ -84,7 +84,8 @@ public:
   // Called to make the text view when F12 is used and none exists.
   TjoDesignerEvent OnShowText;
   // The "as Text" view of the same document, or none; the designer does not own it (and
-  // forgets it when it is destroyed).
+  // forgets it when it is destroyed). An editor attached is filled with the document's
+  // text, and the caption goes to its status bar.
   TjoDFM_ResourceEditor* TextEditor() const { return FTextEditor; }
   void SetTextEditor(TjoDFM_ResourceEditor* Value);
   // Raised after the host form was destroyed and detached from the designer.
@@ -177,6 +178,7 @@ private:
   static void PackageUnloading(HMODULE Module);
   bool UsesModule(HMODULE Module) const;
   void TextEditorGone();
+  void LoadTextEditor();
 
   std::uint8_t FMode = jdmLiveForm;
   TjoDFM_ResourceEditor* FTextEditor = nullptr;

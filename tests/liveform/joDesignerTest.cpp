@@ -769,6 +769,26 @@ TEST_F(DesignerTextTest, ViewAsTextLoadsTheAttachedEditorOnceAndBringsItForward)
   EXPECT_EQ(designer->TextEditor(), editor);
 }
 
+TEST_F(DesignerTextTest, AttachingAnEditorFillsItWithTheDocumentsText) {
+  designer->Caption = "sample.dfm";
+  designer->SetTextEditor(editor);
+  EXPECT_EQ(editor->RichEdit()->Lines()->Strings(0), "object Form1: TForm1");
+  EXPECT_GE(LineOf("Caption = 'Live sample'"), 0);
+  EXPECT_FALSE(editor->Modified());
+  EXPECT_EQ(editor->StatusBar()->Panels()->Items(3)->Text(), "sample.dfm");
+  // The owner's View As Text attaches a cleared editor: F12 shows it filled.
+  designer->SetTextEditor(nullptr);
+  editor->Clear();
+  designer->OnShowText = [&](TjoDesigner* d) {
+    editor->Clear();
+    d->SetTextEditor(editor);
+  };
+  TfixFormFFF* form = ShowActive(*designer);
+  QTest::keyClick(form->Widget(), Qt::Key_F12);
+  EXPECT_EQ(editor->RichEdit()->Lines()->Strings(0), "object Form1: TForm1");
+  EXPECT_TRUE(window->Visible());
+}
+
 TEST_F(DesignerTextTest, ModifiedTextThatDoesNotCompileShowsNothing) {
   designer->SetTextEditor(editor);
   designer->ShowText();
