@@ -5,6 +5,7 @@
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/RtlConsts.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/MessageLoop.h"
@@ -582,7 +583,7 @@ bool TjoDFM_ResourceEditor::SaveToResourceFile(const std::string& FileName) {
     const std::string Binary = FSourceStream.empty() ? ObjectTextToBinary(Text) : ObjectTextToBinary(Text, FSourceStream);
     std::string File = MakeResHeader(StreamRootClassName(Binary), static_cast<std::uint32_t>(Binary.size()));
     File += Binary;
-    WriteFileAtomically(FileName, File);
+    SaveFile(FileName, File);
     return true;
   } catch (const Exception& E) {
     DeferError(E.Message());
