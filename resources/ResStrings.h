@@ -36,9 +36,23 @@ inline constexpr std::string_view SEditorCursorPos = "%6d: %3d";
 // (end of editor texts)
 
 // ---- Design packages and packages dialog -------------------------------------------------
+// A package that cannot be loaded: prefix + file name + suffix (the reason follows on its own lines).
+inline constexpr std::string_view SCannotLoadPackagePrefix = "Cannot load package \"";
+inline constexpr std::string_view SCannotLoadPackageSuffix = "\" !!!";
+inline constexpr std::string_view SOneInstanceOnly = "Cannot have more than one instance '%s' per application";
+inline constexpr std::string_view SUninstallDependants =
+    "Package(s) %s will also be uninstalled because they require package \"%s\". Continue uninstall?";
+inline constexpr std::string_view SRemovePackage = "Remove \"%s\" from the design package list ?";
+inline constexpr std::string_view SPackageFilter = "Package library (*.%s)|*.%s";
+inline constexpr std::string_view SPackageExt = "so";
 // (end of package texts)
 
 // ---- Live form, designer and object inspector --------------------------------------------
+// Items of a live form's system menu.
+inline constexpr std::string_view SLiveForm = "Live Form";
+inline constexpr std::string_view SDeadForm = "Dead Form";
+inline constexpr std::string_view SViewAsText = "View As Text";
+inline constexpr std::string_view SShowObjectInspector = "Show Object Inspector";
 // (end of live form texts)
 
 // ---- Options, About box, base main form ----------------------------------------------------

@@ -1452,8 +1452,15 @@ TCustomForm* GetParentForm(TControl* control) {
   return dynamic_cast<TCustomForm*>(control);
 }
 
+namespace {
+// Cursor names are type information, known whether or not any class is registered:
+// the program's own layouts use them too.
+struct RegisterCursorNames {
+  RegisterCursorNames() { RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent); }
+} gRegisterCursorNames;
+}  // namespace
+
 void RegisterControlsClasses() {
-  RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent);
   RegisterClasses({TControl::StaticClass(), TWinControl::StaticClass(), TGraphicControl::StaticClass(),
                    TCustomControl::StaticClass(), TBasicAction::StaticClass()});
 }
