@@ -40,6 +40,8 @@ protected:
 
 fs::path Sample(const char* name) { return lumora::test::SourceDir() / "samples" / name; }
 
+fs::path Program() { return fs::path(LUMORA_BINARY_DIR) / "bin" / "lumora-form-png"; }
+
 TEST_F(FormRenderTest, ThePictureIsTheFormAsDrawnOnScreen) {
   const fs::path png = dir / "sample.png";
   std::vector<std::string> errors;
@@ -107,12 +109,10 @@ TEST_F(FormRenderTest, AReadOnlyFolderLeavesThePreviousPicture) {
   const std::string previous = lumora::test::ReadFileBytes(png);
   fs::permissions(png, fs::perms::all);
   lumora::test::MakeReadOnlyForOthers(dir);
-  const std::string message = lumora::test::RunAsOtherUser([&] {
-    std::vector<std::string> childErrors;
-    const bool ok = RenderFormFileToPng(Sample("Sample2.dfm").string(), png.string(), childErrors);
-    return std::string(ok ? "written" : "failed") + (childErrors.empty() ? "" : ": " + childErrors[0]);
-  });
-  EXPECT_EQ(message, "failed: Cannot create file " + png.string() + ": Permission denied");
+  const std::string form = Sample("Sample2.dfm").string();
+  const lumora::test::TProgramRun run = lumora::test::RunProgramAsOtherUser({Program().string(), png.string(), form});
+  EXPECT_EQ(run.ExitStatus, 1);
+  EXPECT_EQ(run.Errors, form + ": Cannot create file " + png.string() + ": Permission denied\n");
   EXPECT_EQ(lumora::test::ReadFileBytes(png), previous);
   EXPECT_EQ(lumora::test::FolderEntries(dir), std::vector<std::string>{"out.png"});
 }
@@ -195,7 +195,7 @@ TEST_F(FormRenderTest, EveryFormOfTheRealProgramsDraws) {
 }
 
 TEST_F(FormRenderTest, TheProgramWritesThePictureAndExitsWithItsStatus) {
-  const fs::path program = fs::path(LUMORA_BINARY_DIR) / "bin" / "lumora-form-png";
+  const fs::path program = Program();
   ASSERT_TRUE(fs::exists(program)) << program;
   const fs::path png = dir / "program.png";
   const fs::path messages = dir / "stderr.txt";
