@@ -1,7 +1,9 @@
 #include "tools/ConvertTool.h"
 
+#include "platform/streaming/FormFile.h"
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/SysUtils.h"
 
 #include <fcntl.h>
@@ -10,7 +12,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -280,7 +281,7 @@ void PrintHelp(std::ostream& Out) {
 struct TTarget {
   std::string_view Marker;  // put before the extension of a default output name
   bool IsBinary;
-  std::optional<std::string> (*Convert)(std::string_view Data, TFormFileFormat Format);
+  std::optional<std::string> (*Convert)(TFormFile& File);
 };
 
 std::string_view AlreadyText(TFormFileFormat Format) {
@@ -293,33 +294,32 @@ std::string_view AlreadyText(TFormFileFormat Format) {
   return "not a form file";
 }
 
-const TTarget TextTarget{".txt", false, [](std::string_view Data, TFormFileFormat Format) -> std::optional<std::string> {
-                           switch (Format) {
-                             case TFormFileFormat::Resource: return ObjectResourceToText(Data);
-                             case TFormFileFormat::Stream: return ObjectBinaryToText(Data);
-                             default: return std::nullopt;
-                           }
+const TTarget TextTarget{".txt", false, [](TFormFile& File) -> std::optional<std::string> {
+                           if (File.IsText()) return std::nullopt;
+                           return ObjectBinaryToText(File.Stream());
                          }};
 
-const TTarget BinaryTarget{".bin", true, [](std::string_view Data, TFormFileFormat Format) -> std::optional<std::string> {
-                             switch (Format) {
-                               case TFormFileFormat::Text: return ObjectTextToResource(Data);
+const TTarget BinaryTarget{".bin", true, [](TFormFile& File) -> std::optional<std::string> {
+                             switch (File.Format()) {
+                               case TFormFileFormat::Text: return ObjectTextToResource(File.Bytes());
                                case TFormFileFormat::Stream: {
-                                 if (Data.size() > UINT32_MAX) throw Exception("Stream too large for a form file");
-                                 ObjectBinaryToText(Data);  // refuse a damaged stream before wrapping it
-                                 return MakeResHeader(StreamRootClassName(Data), static_cast<std::uint32_t>(Data.size())) +
-                                        std::string(Data);
+                                 const std::string_view Stream = File.Stream();
+                                 if (Stream.size() > UINT32_MAX) throw Exception("Stream too large for a form file");
+                                 CheckObjectBinary(Stream);  // refuse a damaged stream before wrapping it
+                                 return MakeResHeader(StreamRootClassName(Stream),
+                                                      static_cast<std::uint32_t>(Stream.size())) +
+                                        std::string(Stream);
                                }
                                default: return std::nullopt;
                              }
                            }};
 
-const TTarget RawTarget{".bin", true, [](std::string_view Data, TFormFileFormat Format) -> std::optional<std::string> {
-                          switch (Format) {
-                            case TFormFileFormat::Text: return ObjectTextToBinary(Data);
+const TTarget RawTarget{".bin", true, [](TFormFile& File) -> std::optional<std::string> {
+                          switch (File.Format()) {
+                            case TFormFileFormat::Text: return ObjectTextToBinary(File.Bytes());
                             case TFormFileFormat::Resource: {
-                              const std::string_view Stream = Data.substr(ReadResHeader(Data));
-                              ObjectBinaryToText(Stream);  // refuse a damaged stream before unwrapping it
+                              const std::string_view Stream = File.Stream();
+                              CheckObjectBinary(Stream);  // refuse a damaged stream before unwrapping it
                               return std::string(Stream);
                             }
                             default: return std::nullopt;
@@ -364,87 +364,20 @@ std::string ReadInput(const fs::path& Path, const std::string& Shown) {
   return Data;
 }
 
-// The temporary file being written, so that an interrupt can remove it.
-char PendingTemp[4096];
-volatile sig_atomic_t HasPendingTemp = 0;
-
-void RememberTemp(const std::string& Path) {
-  if (Path.size() >= sizeof PendingTemp) return;
-  std::memcpy(PendingTemp, Path.c_str(), Path.size() + 1);
-  std::atomic_signal_fence(std::memory_order_seq_cst);  // the name is complete before the flag says so
-  HasPendingTemp = 1;
-}
-
-void ForgetTemp() { HasPendingTemp = 0; }
-
 extern "C" void RemoveTempAndDie(int Signal) {
-  if (HasPendingTemp) ::unlink(PendingTemp);
+  RemovePendingSaveTemporary();
   ::signal(Signal, SIG_DFL);
   ::raise(Signal);
 }
 
-mode_t NewFileMode() {
-  const mode_t Mask = ::umask(0);
-  ::umask(Mask);
-  return 0666 & ~Mask;
-}
-
-// Writes Data to Target through a temporary file in the same folder, renamed into place
-// only when complete. Without Replace an existing Target is never touched.
-void WriteFileAtomically(const fs::path& Target, std::string_view Data, bool Replace, mode_t Mode) {
-  const fs::path Folder = Target.has_parent_path() ? Target.parent_path() : fs::path(".");
-  std::string Temp = (Folder / ("." + Target.filename().string() + ".XXXXXX")).string();
-  HasPendingTemp = 0;
-  const int Fd = ::mkstemp(Temp.data());
-  if (Fd < 0) throw EFileProblem(Target.string() + ": cannot write: " + SystemError(errno));
-  RememberTemp(Temp);
-  auto Fail = [&](int Code) {
-    ::close(Fd);
-    ::unlink(Temp.c_str());
-    ForgetTemp();
-    throw EFileProblem(Target.string() + ": cannot write: " + SystemError(Code));
-  };
-  std::size_t Done = 0;
-  while (Done < Data.size()) {
-    const ssize_t N = ::write(Fd, Data.data() + Done, Data.size() - Done);
-    if (N < 0) {
-      if (errno == EINTR) continue;
-      Fail(errno);
-    }
-    Done += static_cast<std::size_t>(N);
+// Saves Data as Target. Without Replace an existing Target is never touched.
+void WriteOutput(const fs::path& Target, std::string_view Data, bool Replace) {
+  try {
+    SaveFile(Target.string(), Data, TSaveOptions{Replace});
+  } catch (const ESaveError& E) {
+    if (E.ErrorCode() == EEXIST) throw EFileProblem(Target.string() + ": exists; use -f to replace it");
+    throw EFileProblem(Target.string() + ": cannot write: " + E.Reason());
   }
-  if (::fchmod(Fd, Mode) != 0) Fail(errno);
-  // The previous content is only given up once the new one is on disk.
-  if (Replace && ::fsync(Fd) != 0) Fail(errno);
-  if (::close(Fd) != 0) {
-    const int Code = errno;
-    ::unlink(Temp.c_str());
-    ForgetTemp();
-    throw EFileProblem(Target.string() + ": cannot write: " + SystemError(Code));
-  }
-  int Result;
-  if (Replace) {
-    Result = ::rename(Temp.c_str(), Target.c_str());
-  } else {
-    Result = ::renameat2(AT_FDCWD, Temp.c_str(), AT_FDCWD, Target.c_str(), RENAME_NOREPLACE);
-    if (Result != 0 && (errno == EINVAL || errno == ENOSYS)) {
-      // A file system without the no-replace rename: check, then rename.
-      std::error_code Ec;
-      if (fs::exists(fs::symlink_status(Target, Ec))) {
-        errno = EEXIST;
-      } else {
-        Result = ::rename(Temp.c_str(), Target.c_str());
-      }
-    }
-  }
-  if (Result != 0) {
-    const int Code = errno;
-    ::unlink(Temp.c_str());
-    ForgetTemp();
-    if (Code == EEXIST) throw EFileProblem(Target.string() + ": exists; use -f to replace it");
-    throw EFileProblem(Target.string() + ": cannot write: " + SystemError(Code));
-  }
-  ForgetTemp();
 }
 
 bool EndsWithNoCase(std::string_view S, std::string_view End) {
@@ -566,7 +499,6 @@ private:
   bool FProgress = false;
   bool FProgressShown = false;
   std::size_t FTotal = 0;
-  mode_t FNewMode = 0666;
 
   int FFailed = 0;
   int FConverted = 0;
@@ -693,8 +625,8 @@ fs::path TConvertRun::OutputPathFor(const TInput& Input, const TTarget& Target) 
 
 void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
   const bool ToStdout = FOptions.Output && *FOptions.Output == "-" && !FOptions.InPlace;
-  std::string Data = ReadInput(Input.Path, Input.Shown);
-  const TFormFileFormat Format = DetectFormFileFormat(Data);
+  TFormFile File(ReadInput(Input.Path, Input.Shown));
+  const TFormFileFormat Format = File.Format();
   if (Format == TFormFileFormat::Unknown) {
     if (Input.FromFolder) {
       ++FNotForms;
@@ -722,7 +654,7 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
 
   std::optional<std::string> Result;
   try {
-    Result = Target.Convert(Data, Format);
+    Result = Target.Convert(File);
   } catch (const std::exception& E) {
     throw EFileProblem(Input.Shown + ": " + ErrorText(E));
   }
@@ -731,8 +663,7 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
     Note(Input.Shown + ": " + std::string(AlreadyText(Format)) + ", skipped");
     return;
   }
-  Data.clear();
-  Data.shrink_to_fit();
+  File = TFormFile();  // the input's memory goes before the output is written
 
   if (ToStdout) {
     FConsole.Out.write(Result->data(), static_cast<std::streamsize>(Result->size()));
@@ -747,25 +678,17 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
     fs::create_directories(OutPath.parent_path(), Ec);
     if (Ec) throw EFileProblem(OutPath.parent_path().string() + ": cannot create folder: " + Ec.message());
   }
-  mode_t Mode = FNewMode;
-  const bool Replace = FOptions.InPlace || FOptions.Force;
-  if (FOptions.InPlace) {
-    struct stat St {};
-    if (::stat(OutPath.c_str(), &St) == 0) Mode = St.st_mode & 07777;
-  } else if (Replace) {
-    // A replaced output keeps the permissions it had.
-    struct stat St {};
-    if (::stat(OutPath.c_str(), &St) == 0 && S_ISREG(St.st_mode)) Mode = St.st_mode & 07777;
-  }
-  WriteFileAtomically(OutPath, *Result, Replace, Mode);
+  // A replaced output keeps the permissions it had.
+  WriteOutput(OutPath, *Result, FOptions.InPlace || FOptions.Force);
   FWritten[fs::absolute(OutPath, Ec).lexically_normal().string()] = Input.Shown;
   ++FConverted;
   if (FOptions.Verbose) Note(Input.Shown + " -> " + OutPath.string());
 }
 
 void TConvertRun::CheckOne(const TInput& Input) {
-  const std::string Data = ReadInput(Input.Path, Input.Shown);
-  const TFormFileFormat Format = DetectFormFileFormat(Data);
+  TFormFile File(ReadInput(Input.Path, Input.Shown));
+  const std::string& Data = File.Bytes();
+  const TFormFileFormat Format = File.Format();
   if (Format == TFormFileFormat::Unknown) {
     if (Input.FromFolder) {
       ++FNotForms;
@@ -788,7 +711,7 @@ void TConvertRun::CheckOne(const TInput& Input) {
         // keeps every value, so its way back may take the types from the original stream.
         // Whether the text alone gives the same types is reported beside it.
         const bool IsResource = Format == TFormFileFormat::Resource;
-        const std::string_view Stream = IsResource ? std::string_view(Data).substr(ReadResHeader(Data)) : Data;
+        const std::string_view Stream = File.Stream();
         const std::string Text = ObjectBinaryToText(Stream);
         const std::string Kept = ObjectTextToBinary(Text, Stream);
         const std::string Again =
@@ -846,8 +769,6 @@ std::string Plural(int N, std::string_view One, std::string_view Many) {
 }
 
 int TConvertRun::Execute() {
-  FNewMode = NewFileMode();
-
   for (const auto& Argument : FOptions.Inputs) {
     if (!Argument.IsList) {
       AddArgument(Argument.Name);

@@ -13,6 +13,9 @@
 
 // Binary stream (starting with "TPF0") to form text with CR LF line ends.
 std::string ObjectBinaryToText(std::string_view stream);
+// Reads a binary stream through as ObjectBinaryToText does and raises the same errors,
+// without making the text: whether the stream can be converted.
+void CheckObjectBinary(std::string_view stream);
 // Form text to a binary stream starting with "TPF0".
 std::string ObjectTextToBinary(std::string_view text);
 // The same, keeping the exact bytes that `reference` (the stream the text was made

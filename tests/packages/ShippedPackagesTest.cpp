@@ -11,7 +11,7 @@
 #include "platform/vcl/Notebooks.h"
 #include "platform/vcl/StdActns.h"
 #include "platform/vcl/StdCtrls.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QPointer>
 
@@ -208,4 +208,27 @@ TEST_F(ShippedPackagesTest, ADataModuleIsARootTheStandardPackageKnows) {
   TClass cls = GetClass("TDataModule");
   ASSERT_NE(cls, nullptr);
   EXPECT_EQ(cls, TDataModule::StaticClass());
+}
+
+TEST_F(ShippedPackagesTest, EveryControlOfTheStandardPackageIsKnownByNameWhileItIsLoaded) {
+  const std::vector<std::string> names = {
+      "TForm", "TScrollBox", "TMainMenu", "TPopupMenu", "TMenuItem", "TLabel", "TEdit", "TMemo", "TButton",
+      "TCheckBox", "TRadioButton", "TListBox", "TComboBox", "TGroupBox", "TScrollBar", "TStaticText", "TPanel",
+      "TBevel", "TImage", "TShape", "TPaintBox", "TSplitter", "TRadioGroup", "TTimer", "TBitBtn", "TSpeedButton",
+      "TImageList", "TActionList", "TAction", "TOpenDialog", "TSaveDialog", "TFontDialog", "TFindDialog",
+      "TReplaceDialog", "TPageControl", "TTabSheet", "TTabControl", "TStatusBar", "TTreeView", "TListView",
+      "TRichEdit", "TToolBar", "TToolButton", "TProgressBar", "TTrackBar", "TUpDown", "THotKey", "THeaderControl",
+      "TDateTimePicker", "TMonthCalendar", "TAnimate", "TCoolBar", "TCheckListBox", "TStringGrid", "TDrawGrid",
+      "TMaskEdit", "TNotebook", "TPage", "TTabbedNotebook", "TTabPage", "TTabSet", "THeader", "TFileListBox",
+      "TDirectoryListBox", "TDriveComboBox", "TFilterComboBox", "TControlBar", "TPageScroller", "TMediaPlayer",
+      "TColorDialog", "TOpenPictureDialog", "TSavePictureDialog", "TPrintDialog", "TPrinterSetupDialog",
+      "TDataModule", "TEditCut", "TEditCopy", "TEditPaste", "TEditSelectAll", "TEditUndo", "TEditDelete",
+      "TWindowClose", "TWindowCascade", "TWindowTileHorizontal", "TWindowTileVertical", "TWindowMinimizeAll",
+      "TWindowArrange", "THelpContents", "THelpTopicSearch", "THelpOnHelp"};
+  for (const auto& name : names) EXPECT_EQ(GetClass(name), nullptr) << name;
+  const int index = Loader()->Add(Shipped("dclstd"), true);
+  for (const auto& name : names) EXPECT_NE(GetClass(name), nullptr) << name;
+  EXPECT_EQ(GetClass("TNoSuchControl"), nullptr);
+  Loader()->SetLoaded(index, false);
+  for (const auto& name : names) EXPECT_EQ(GetClass(name), nullptr) << name;
 }

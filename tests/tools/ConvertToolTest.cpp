@@ -3,11 +3,10 @@
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "tests/support/Corpus.h"
+#include "tests/support/SaveFailures.h"
 
 #include <gtest/gtest.h>
-#include <grp.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -42,41 +41,12 @@ TToolResult RunTool(const std::vector<std::string>& Args, bool OutIsTerminal = f
 }
 
 // Runs the tool as an unprivileged user, so that permissions are enforced even when the
-// tests run as root. Without root it simply runs the tool.
+// tests run as root.
 TToolResult RunToolAsUser(const std::vector<std::string>& Args) {
-  if (::geteuid() != 0) return RunTool(Args);
-  int Pipe[2];
-  if (::pipe(Pipe) != 0) return {};
-  const pid_t Child = ::fork();
-  if (Child == 0) {
-    ::close(Pipe[0]);
-    int Status = 99;
-    std::string Out, Err;
-    if (::setgroups(0, nullptr) == 0 && ::setgid(65534) == 0 && ::setuid(65534) == 0) {
-      const TToolResult R = RunTool(Args);
-      Status = R.Status;
-      Out = R.Out;
-      Err = R.Err;
-    } else {
-      Err = "cannot change user";
-    }
-    const std::string Message = std::to_string(Status) + "\n" + std::to_string(Out.size()) + "\n" + Out + Err;
-    std::size_t Done = 0;
-    while (Done < Message.size()) {
-      const ssize_t N = ::write(Pipe[1], Message.data() + Done, Message.size() - Done);
-      if (N <= 0) break;
-      Done += static_cast<std::size_t>(N);
-    }
-    ::_exit(0);
-  }
-  ::close(Pipe[1]);
-  std::string Message;
-  char Buffer[4096];
-  ssize_t N;
-  while ((N = ::read(Pipe[0], Buffer, sizeof Buffer)) > 0) Message.append(Buffer, static_cast<std::size_t>(N));
-  ::close(Pipe[0]);
-  int WaitStatus = 0;
-  ::waitpid(Child, &WaitStatus, 0);
+  const std::string Message = lumora::test::RunAsOtherUser([&] {
+    const TToolResult R = RunTool(Args);
+    return std::to_string(R.Status) + "\n" + std::to_string(R.Out.size()) + "\n" + R.Out + R.Err;
+  });
   TToolResult R;
   std::istringstream In(Message);
   std::size_t OutSize = 0;
@@ -142,11 +112,7 @@ protected:
 
   // Names in a folder, to see that no temporary file was left behind.
   std::vector<std::string> Names(const std::string& Folder = "") const {
-    std::vector<std::string> Result;
-    for (const auto& E : fs::directory_iterator(Folder.empty() ? FDir : P(Folder)))
-      Result.push_back(E.path().filename().string());
-    std::sort(Result.begin(), Result.end());
-    return Result;
+    return lumora::test::FolderEntries(Folder.empty() ? FDir : P(Folder));
   }
 
   static std::string Binary(const char* Text = FormText) { return ObjectTextToResource(Text); }
@@ -677,6 +643,31 @@ TEST_F(ConvertTool, UnreadableFileAndReadOnlyFolder) {
   EXPECT_EQ(T.Status, 1);
   EXPECT_NE(T.Err.find(S("tree") + "/b: cannot read folder: Permission denied"), std::string::npos) << T.Err;
   EXPECT_TRUE(Exists("tree/a/A.txt.dfm"));
+}
+
+TEST_F(ConvertTool, AFullDeviceLeavesTheFileAsItWasAndNoTemporary) {
+  Write("Form1.dfm", Binary());
+  TToolResult R;
+  {
+    lumora::test::TFailingDevice Device(100);
+    R = RunTool({"-t", "-i", S("Form1.dfm")});
+  }
+  EXPECT_EQ(R.Status, 1);
+  EXPECT_NE(R.Err.find(S("Form1.dfm") + ": cannot write: File too large"), std::string::npos) << R.Err;
+  EXPECT_EQ(Read("Form1.dfm"), Binary());
+  EXPECT_EQ(Names(), std::vector<std::string>{"Form1.dfm"});
+}
+
+TEST_F(ConvertTool, AReadOnlyFolderLeavesAReplacedOutputAsItWas) {
+  Write("open/Form1.dfm", Binary());
+  Write("open/Form1.txt.dfm", "previous");
+  fs::permissions(P("open/Form1.txt.dfm"), fs::perms::all);
+  lumora::test::MakeReadOnlyForOthers(P("open"));
+  const auto R = RunToolAsUser({"-t", "-f", S("open/Form1.dfm")});
+  EXPECT_EQ(R.Status, 1);
+  EXPECT_NE(R.Err.find(S("open/Form1.txt.dfm") + ": cannot write: Permission denied"), std::string::npos) << R.Err;
+  EXPECT_EQ(Read("open/Form1.txt.dfm"), "previous");
+  EXPECT_EQ(Names("open"), (std::vector<std::string>{"Form1.dfm", "Form1.txt.dfm"}));
 }
 
 // ------------------------------------------------------------------ --check
