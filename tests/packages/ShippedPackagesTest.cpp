@@ -7,13 +7,18 @@
 #include "platform/vcl/DataModule.h"
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/FormRender.h"
+#include "platform/vcl/Gauges.h"
 #include "platform/vcl/Mask.h"
 #include "platform/vcl/Notebooks.h"
+#include "platform/vcl/Spin.h"
 #include "platform/vcl/StdActns.h"
 #include "platform/vcl/StdCtrls.h"
 #include "tests/support/TempDir.h"
 
+#include <QLineEdit>
+#include <QPainter>
 #include <QPointer>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -231,4 +236,68 @@ TEST_F(ShippedPackagesTest, EveryControlOfTheStandardPackageIsKnownByNameWhileIt
   EXPECT_EQ(GetClass("TNoSuchControl"), nullptr);
   Loader()->SetLoaded(index, false);
   for (const auto& name : names) EXPECT_EQ(GetClass(name), nullptr) << name;
+}
+
+TEST_F(ShippedPackagesTest, TheSamplesPackageBuildsSpinEditsAndGaugesThatWork) {
+  constexpr const char* kForm =
+      "object Form1: TForm1\n"
+      "  Width = 300\n  Height = 200\n"
+      "  object SE_FrameRate: TSpinEdit\n    Left = 8\n    Top = 8\n    Width = 60\n    Height = 22\n"
+      "    MaxValue = 30\n    MinValue = 1\n    TabOrder = 0\n    Value = 29\n  end\n"
+      "  object SpinButton1: TSpinButton\n    Left = 80\n    Top = 8\n    Width = 20\n    Height = 25\n"
+      "    FocusControl = SE_FrameRate\n    TabOrder = 1\n  end\n"
+      "  object Gauge1: TGauge\n    Left = 8\n    Top = 40\n    Width = 200\n    Height = 20\n"
+      "    ForeColor = 33023\n    Progress = 25\n  end\n"
+      "end\n";
+  auto* form = new TForm(Application);
+  EXPECT_EQ(LoadFormFile(form, kForm).Errors,
+            (std::vector<std::string>{"Class TSpinEdit not found", "Class TSpinButton not found", "Class TGauge not found"}));
+  delete form;
+
+  const int index = Loader()->Add(Shipped("dclsmp"), true);
+  ASSERT_TRUE(Loader()->IsLoaded(index));
+  EXPECT_EQ(Loader()->Description(index), "Lumora sample components");
+  form = new TForm(Application);
+  const TFormLoadResult result = LoadFormFile(form, kForm);
+  EXPECT_TRUE(result.Errors.empty()) << result.Errors.front();
+  auto* spin = dynamic_cast<TSpinEdit*>(form->FindComponent("SE_FrameRate"));
+  ASSERT_NE(spin, nullptr);
+  EXPECT_EQ(spin->Value(), 29);
+  form->Show();
+  auto* line = qobject_cast<QLineEdit*>(spin->Widget());
+  ASSERT_NE(line, nullptr);
+  EXPECT_EQ(line->text(), "29");
+  // The up key steps the number; it stops at MaxValue.
+  line->setFocus();
+  QTest::keyClick(line, Qt::Key_Up);
+  EXPECT_EQ(line->text(), "30");
+  QTest::keyClick(line, Qt::Key_Up);
+  EXPECT_EQ(line->text(), "30");
+  // The lower of the buttons inside the edit steps it down.
+  auto* buttons = line->findChild<QWidget*>("SpinButtons");
+  ASSERT_NE(buttons, nullptr);
+  EXPECT_EQ(buttons->geometry().right(), line->width() - 4);
+  QTest::mouseClick(buttons, Qt::LeftButton, {}, QPoint(buttons->width() / 2, buttons->height() - 3));
+  EXPECT_EQ(line->text(), "29");
+  // Letters are not typed into it.
+  QTest::keyClicks(line, "x");
+  EXPECT_EQ(line->text(), "29");
+
+  auto* gauge = dynamic_cast<TGauge*>(form->FindComponent("Gauge1"));
+  ASSERT_NE(gauge, nullptr);
+  EXPECT_EQ(gauge->PercentDone(), 25);
+  EXPECT_FALSE(RenderForm(form).isNull());
+  QImage image(gauge->Width(), gauge->Height(), QImage::Format_RGB32);
+  {
+    QPainter painter(&image);
+    gauge->Paint(painter);
+  }
+  // A black frame, the first quarter in the fore colour ($0080FF: red 255, green 128),
+  // the rest in white.
+  EXPECT_EQ(image.pixelColor(0, 0), QColor(0, 0, 0));
+  EXPECT_EQ(image.pixelColor(10, 10), QColor(255, 128, 0));
+  EXPECT_EQ(image.pixelColor(60, 10), QColor(255, 255, 255));
+  delete form;
+  Loader()->SetLoaded(index, false);
+  EXPECT_EQ(GetClass("TSpinEdit"), nullptr);
 }
