@@ -2,6 +2,7 @@
 
 #include "platform/streaming/FormFile.h"
 #include "platform/streaming/ObjectText.h"
+#include "platform/streaming/PeImage.h"
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/SaveFile.h"
 #include "platform/streaming/SysUtils.h"
@@ -50,7 +51,7 @@ public:
 
 // ------------------------------------------------------------------ options
 
-enum class TAction { None, ToText, ToBinary, Check };
+enum class TAction { None, ToText, ToBinary, Check, List };
 
 struct TArgument {
   std::string Name;
@@ -72,7 +73,7 @@ struct TOptions {
 };
 
 void SetAction(TOptions& O, TAction Action) {
-  if (O.Action != TAction::None && O.Action != Action) throw EUsage("choose one of -t, -b and --check");
+  if (O.Action != TAction::None && O.Action != Action) throw EUsage("choose one of -t, -b, --check and --list");
   O.Action = Action;
 }
 
@@ -108,6 +109,8 @@ const TOptionEntry OptionTable[] = {
      [](TOptions& O, const std::string&) { SetAction(O, TAction::ToBinary); }},
     {0, "check", "", "check that each file converts both ways without change (see below)",
      [](TOptions& O, const std::string&) { SetAction(O, TAction::Check); }},
+    {0, "list", "", "list the forms inside each program: PROGRAM:NAME, the root component and the stream's size",
+     [](TOptions& O, const std::string&) { SetAction(O, TAction::List); }},
     {'o', "output", "PATH",
      "write to PATH instead of beside the input: a file, a folder when there are several "
      "inputs (created when missing), or \"-\" for standard output",
@@ -227,9 +230,10 @@ void WriteWrapped(std::ostream& Out, std::string_view Text, std::size_t Indent, 
 }
 
 void PrintHelp(std::ostream& Out) {
-  Out << "Usage: " << ToolName << " -t|-b|--check [options] FILE|FOLDER|@LIST...\n"
+  Out << "Usage: " << ToolName << " -t|-b|--check|--list [options] FILE|FOLDER|@LIST...\n"
       << "\n"
-         "Converts Delphi form files (.dfm) between the binary form and form text.\n"
+         "Converts Delphi form files (.dfm) between the binary form and form text, and\n"
+         "takes out the forms that Windows programs (.exe, .dll, .bpl) carry inside.\n"
          "The format of each input is told from its content, never from its name; an\n"
          "input already in the requested format is reported and left alone.\n"
          "\n"
@@ -258,6 +262,12 @@ void PrintHelp(std::ostream& Out) {
          "(or -i for the input itself); every file is written under a temporary name in\n"
          "its folder and renamed when complete, so a failure leaves no partial file.\n"
          "\n"
+         "Programs: PROGRAM names every form of a program, PROGRAM:NAME the one whose\n"
+         "resource is NAME (without regard to case; --list shows the names). Without -o\n"
+         "the forms go into the folder PROGRAM.forms beside it, as NAME.dfm; with -o\n"
+         "FOLDER into that folder (below it PATH.forms for programs found with -s). A\n"
+         "program is never written. With -s, give -e .exe,.dll,.bpl to find programs.\n"
+         "\n"
          "Arguments: @LIST reads file and folder names from LIST, one per line. With -s,\n"
          "folders are searched for names ending in .dfm (see --ext), skipping hidden\n"
          "files and folders and not following links to folders; names given directly\n"
@@ -271,7 +281,8 @@ void PrintHelp(std::ostream& Out) {
          "text came back as the same text. Those notes are not failures.\n"
          "\n"
          "Exit status: 0 when every file was converted (or was already in the requested\n"
-         "format) or checked fine, 1 when any file failed, 2 for a wrong command line.\n";
+         "format), checked fine or listed, 1 when any file failed, 2 for a wrong command\n"
+         "line. A program without forms is reported and skipped, not a failure.\n";
 }
 
 // ------------------------------------------------------------------ conversions
@@ -401,7 +412,17 @@ struct TInput {
   std::string Shown;      // as the user gave it, or joined below a folder
   fs::path Base;          // the folder given with -s, empty for a file named directly
   bool FromFolder = false;
+  std::string Form;       // PROGRAM:NAME names one form of a program; empty for the whole file
 };
+
+// A form of a program as a file name: its resource name, made safe for a folder.
+std::string FormFileName(const TResourceId& Name) {
+  std::string Result = Name.Text();
+  for (char& C : Result)
+    if (C == '/' || static_cast<unsigned char>(C) < 32 || C == 127) C = '_';
+  if (Result == "." || Result == "..") Result = "_";
+  return Result + ".dfm";
+}
 
 // First difference of two byte strings: "at byte N", or which one is longer.
 std::string DescribeBinaryDifference(std::string_view Original, std::string_view Again) {
@@ -488,7 +509,22 @@ private:
 
   fs::path OutputPathFor(const TInput& Input, const TTarget& Target) const;
   void ConvertOne(const TInput& Input, const TTarget& Target);
+  void ConvertFile(const std::string& Shown, const fs::path& InputPath, TFormFile& File, const fs::path& OutPath,
+                   const TTarget& Target, bool ToStdout, bool MakeFolder);
   void CheckOne(const TInput& Input);
+  void CheckFile(const std::string& Shown, TFormFile& File);
+  void ReportCheck(const std::string& Shown, const std::string& Verdict, bool Failed);
+  void ListOne(const TInput& Input);
+  void ListForm(const std::string& Shown, std::string_view Stream);
+
+  // Programs: their forms are converted, checked and listed one by one, as PROGRAM:NAME.
+  void ConvertProgram(const TInput& Input, std::string_view Image, const TTarget& Target, bool ToStdout);
+  TPeImage ReadProgram(const TInput& Input, std::string_view Image);
+  // The form named by the input, or every form; a program without forms is reported.
+  std::vector<const TPeResource*> ProgramForms(const TInput& Input, const TPeImage& Program);
+  fs::path ProgramFormPath(const TInput& Input, const TPeResource& Form) const;
+  // A form name after a file that is no program is an error.
+  void RefuseFormName(const TInput& Input) const;
 
   const TOptions& FOptions;
   TConvertConsole& FConsole;
@@ -508,6 +544,9 @@ private:
   int FTextChanged = 0;
   int FCheckedOk = 0;
   int FTypesDiffer = 0;
+  int FNoForms = 0;  // programs without forms
+  bool FSeveralOutputs = false;  // a program gave several forms: the run ends with a summary
+  int FListed = 0;
   int FListErrors = 0;  // failures before any file was read: missing names, unreadable lists and folders
 };
 
@@ -569,7 +608,7 @@ void TConvertRun::AddFolder(const fs::path& Folder, const std::string& Shown) {
       if (fs::is_directory(LinkStatus)) {
         Pending.push_back(P);
       } else if (NameMatches(P) && fs::is_regular_file(fs::status(P, StEc))) {
-        Found.push_back({P, (fs::path(Shown) / P.lexically_relative(Folder)).string(), Folder, true});
+        Found.push_back({P, (fs::path(Shown) / P.lexically_relative(Folder)).string(), Folder, true, {}});
       }
     }
     if (Ec) Error(CurrentShown + ": cannot read folder: " + Ec.message());
@@ -583,8 +622,19 @@ void TConvertRun::AddFolder(const fs::path& Folder, const std::string& Shown) {
 }
 
 void TConvertRun::AddArgument(const std::string& Name) {
-  const fs::path Path(Name);
   std::error_code Ec;
+  if (const TFormFileName Split = SplitProgramFormName(Name); !Split.Form.empty()) {
+    const fs::file_status Status = fs::status(Split.File, Ec);
+    if (!fs::is_regular_file(Status)) {
+      Error(Split.File + (fs::is_directory(Status) ? ": is a folder, not a program" : ": not a regular file"));
+      return;
+    }
+    const std::string Key = fs::weakly_canonical(Split.File, Ec).string();
+    if (FSeen.insert((Ec ? Split.File : Key) + ":" + UpperCase(Split.Form)).second)
+      FInputs.push_back({Split.File, Split.File, {}, false, Split.Form});
+    return;
+  }
+  const fs::path Path(Name);
   const fs::file_status Status = fs::status(Path, Ec);
   if (Ec && Ec != std::errc::no_such_file_or_directory) {
     Error(Name + ": " + Ec.message());
@@ -607,7 +657,7 @@ void TConvertRun::AddArgument(const std::string& Name) {
     return;
   }
   const std::string Key = fs::weakly_canonical(Path, Ec).string();
-  if (FSeen.insert(Ec ? Name : Key).second) FInputs.push_back({Path, Name, {}, false});
+  if (FSeen.insert(Ec ? Name : Key).second) FInputs.push_back({Path, Name, {}, false, {}});
 }
 
 fs::path TConvertRun::OutputPathFor(const TInput& Input, const TTarget& Target) const {
@@ -625,9 +675,14 @@ fs::path TConvertRun::OutputPathFor(const TInput& Input, const TTarget& Target) 
 
 void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
   const bool ToStdout = FOptions.Output && *FOptions.Output == "-" && !FOptions.InPlace;
-  TFormFile File(ReadInput(Input.Path, Input.Shown));
-  const TFormFileFormat Format = File.Format();
-  if (Format == TFormFileFormat::Unknown) {
+  std::string Bytes = ReadInput(Input.Path, Input.Shown);
+  if (IsPeImage(Bytes)) {
+    ConvertProgram(Input, Bytes, Target, ToStdout);
+    return;
+  }
+  RefuseFormName(Input);
+  TFormFile File(std::move(Bytes));
+  if (File.Format() == TFormFileFormat::Unknown) {
     if (Input.FromFolder) {
       ++FNotForms;
       if (FOptions.Verbose) Note(Input.Shown + ": not a form file, passed over");
@@ -635,12 +690,88 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
     }
     throw EFileProblem(Input.Shown + ": not a form file (neither a binary form nor form text)");
   }
+  ConvertFile(Input.Shown, Input.Path, File, ToStdout ? fs::path() : OutputPathFor(Input, Target), Target, ToStdout,
+              FOutputIsFolder);
+}
 
-  fs::path OutPath;
-  if (!ToStdout) {
-    OutPath = OutputPathFor(Input, Target);
+void TConvertRun::ConvertProgram(const TInput& Input, std::string_view Image, const TTarget& Target, bool ToStdout) {
+  if (FOptions.InPlace)
+    throw EFileProblem(Input.Shown + ": a program is never replaced; without -i its forms go to " + Input.Shown +
+                       ".forms");
+  const TPeImage Program = ReadProgram(Input, Image);
+  const std::vector<const TPeResource*> Forms = ProgramForms(Input, Program);
+  FSeveralOutputs = FSeveralOutputs || Forms.size() > 1;
+  if (Forms.empty()) return;
+  if (ToStdout && Target.IsBinary && Forms.size() > 1)
+    throw EFileProblem(Input.Shown + ": holds " + std::to_string(Forms.size()) +
+                       " forms; binary goes to standard output one form at a time (name it as " + Input.Shown +
+                       ":NAME)");
+  // Every form of a program goes into a folder; -o may name one that does not exist yet.
+  const bool WholeProgram = Input.Form.empty();
+  if (!ToStdout && FOptions.Output && !FOutputIsFolder && WholeProgram) {
     std::error_code Ec;
-    const bool SameAsInput = fs::exists(OutPath, Ec) && fs::equivalent(OutPath, Input.Path, Ec);
+    if (fs::exists(*FOptions.Output, Ec) && !fs::is_directory(*FOptions.Output, Ec))
+      throw EFileProblem(*FOptions.Output + ": not a folder (-o names a folder for the forms of a program)");
+  }
+  for (const TPeResource* Form : Forms) {
+    const std::string Shown = Input.Shown + ":" + Form->Name.Text();
+    try {
+      TFormFile File{std::string(Form->Bytes())};
+      ConvertFile(Shown, Input.Path, File, ToStdout ? fs::path() : ProgramFormPath(Input, *Form), Target, ToStdout,
+                  FOutputIsFolder || !FOptions.Output || WholeProgram);
+    } catch (const EFileProblem& E) {
+      Error(E.what());
+    } catch (const std::exception& E) {
+      Error(Shown + ": " + ErrorText(E));
+    }
+  }
+}
+
+TPeImage TConvertRun::ReadProgram(const TInput& Input, std::string_view Image) {
+  try {
+    return TPeImage(Image);
+  } catch (const Exception& E) {
+    throw EFileProblem(Input.Shown + ": " + E.Message());
+  }
+}
+
+std::vector<const TPeResource*> TConvertRun::ProgramForms(const TInput& Input, const TPeImage& Program) {
+  if (!Input.Form.empty()) {
+    try {
+      return {&Program.Form(Input.Form)};
+    } catch (const EPeImageError& E) {
+      throw EFileProblem(Input.Shown + ": " + E.Message());
+    }
+  }
+  std::vector<const TPeResource*> Forms = Program.Forms();
+  if (Forms.empty()) {
+    ++FNoForms;
+    Note(Input.Shown + ": a program without forms, skipped");
+  }
+  return Forms;
+}
+
+void TConvertRun::RefuseFormName(const TInput& Input) const {
+  if (!Input.Form.empty())
+    throw EFileProblem(Input.Shown + ": not a Windows program (.exe, .dll, .bpl), so it holds no form named " +
+                       Input.Form);
+}
+
+fs::path TConvertRun::ProgramFormPath(const TInput& Input, const TPeResource& Form) const {
+  const std::string Name = FormFileName(Form.Name);
+  if (!FOptions.Output) return fs::path(Input.Path.string() + ".forms") / Name;
+  const fs::path Out(*FOptions.Output);
+  if (!FOutputIsFolder && !Input.Form.empty()) return Out;
+  if (Input.FromFolder) return Out / (Input.Path.lexically_relative(Input.Base).string() + ".forms") / Name;
+  return Out / Name;
+}
+
+void TConvertRun::ConvertFile(const std::string& Shown, const fs::path& InputPath, TFormFile& File,
+                              const fs::path& OutPath, const TTarget& Target, bool ToStdout, bool MakeFolder) {
+  const TFormFileFormat Format = File.Format();
+  if (!ToStdout) {
+    std::error_code Ec;
+    const bool SameAsInput = fs::exists(OutPath, Ec) && fs::equivalent(OutPath, InputPath, Ec);
     if (SameAsInput && !FOptions.InPlace)
       throw EFileProblem(OutPath.string() + ": is the input itself; use -i to convert in place");
     const auto Written = FWritten.find(fs::absolute(OutPath, Ec).lexically_normal().string());
@@ -656,11 +787,11 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
   try {
     Result = Target.Convert(File);
   } catch (const std::exception& E) {
-    throw EFileProblem(Input.Shown + ": " + ErrorText(E));
+    throw EFileProblem(Shown + ": " + ErrorText(E));
   }
   if (!Result) {
     ++FAlready;
-    Note(Input.Shown + ": " + std::string(AlreadyText(Format)) + ", skipped");
+    Note(Shown + ": " + std::string(AlreadyText(Format)) + ", skipped");
     return;
   }
   File = TFormFile();  // the input's memory goes before the output is written
@@ -674,28 +805,96 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
   }
 
   std::error_code Ec;
-  if (FOutputIsFolder && OutPath.has_parent_path()) {
+  if (MakeFolder && OutPath.has_parent_path()) {
     fs::create_directories(OutPath.parent_path(), Ec);
     if (Ec) throw EFileProblem(OutPath.parent_path().string() + ": cannot create folder: " + Ec.message());
   }
   // A replaced output keeps the permissions it had.
   WriteOutput(OutPath, *Result, FOptions.InPlace || FOptions.Force);
-  FWritten[fs::absolute(OutPath, Ec).lexically_normal().string()] = Input.Shown;
+  FWritten[fs::absolute(OutPath, Ec).lexically_normal().string()] = Shown;
   ++FConverted;
-  if (FOptions.Verbose) Note(Input.Shown + " -> " + OutPath.string());
+  if (FOptions.Verbose) Note(Shown + " -> " + OutPath.string());
 }
 
 void TConvertRun::CheckOne(const TInput& Input) {
-  TFormFile File(ReadInput(Input.Path, Input.Shown));
-  const std::string& Data = File.Bytes();
-  const TFormFileFormat Format = File.Format();
-  if (Format == TFormFileFormat::Unknown) {
+  std::string Bytes = ReadInput(Input.Path, Input.Shown);
+  if (IsPeImage(Bytes)) {
+    const TPeImage Program = ReadProgram(Input, Bytes);
+    for (const TPeResource* Form : ProgramForms(Input, Program)) {
+      const std::string Shown = Input.Shown + ":" + Form->Name.Text();
+      if (Form->Damaged()) {
+        ++FChecked;
+        ReportCheck(Shown, "FAILED: " + Form->DamageText(), true);
+        continue;
+      }
+      TFormFile File{std::string(Form->Data)};
+      CheckFile(Shown, File);
+    }
+    return;
+  }
+  RefuseFormName(Input);
+  TFormFile File(std::move(Bytes));
+  if (File.Format() == TFormFileFormat::Unknown && Input.FromFolder) {
+    ++FNotForms;
+    if (FOptions.Verbose) Note(Input.Shown + ": not a form file, passed over");
+    return;
+  }
+  CheckFile(Input.Shown, File);
+}
+
+void TConvertRun::ReportCheck(const std::string& Shown, const std::string& Verdict, bool Failed) {
+  ClearProgress();
+  FConsole.Out << Printable(Shown + ": " + Verdict) << '\n';
+  if (Failed)
+    ++FFailed;
+  else
+    ++FCheckedOk;
+}
+
+void TConvertRun::ListOne(const TInput& Input) {
+  std::string Bytes = ReadInput(Input.Path, Input.Shown);
+  if (IsPeImage(Bytes)) {
+    const TPeImage Program = ReadProgram(Input, Bytes);
+    for (const TPeResource* Form : ProgramForms(Input, Program)) {
+      const std::string Shown = Input.Shown + ":" + Form->Name.Text();
+      if (Form->Damaged())
+        Error(Shown + ": " + Form->DamageText());
+      else
+        ListForm(Shown, Form->Data);
+    }
+    return;
+  }
+  RefuseFormName(Input);
+  TFormFile File(std::move(Bytes));
+  if (File.Format() == TFormFileFormat::Unknown) {
     if (Input.FromFolder) {
       ++FNotForms;
-      if (FOptions.Verbose) Note(Input.Shown + ": not a form file, passed over");
+      if (FOptions.Verbose) Note(Input.Shown + ": neither a program nor a form file, passed over");
       return;
     }
+    throw EFileProblem(Input.Shown + ": neither a Windows program nor a form file");
   }
+  ListForm(Input.Shown, File.Stream());
+}
+
+void TConvertRun::ListForm(const std::string& Shown, std::string_view Stream) {
+  TStreamRoot Root;
+  try {
+    Root = StreamRoot(Stream);
+  } catch (const std::exception& E) {
+    Error(Shown + ": " + ErrorText(E));
+    return;
+  }
+  ClearProgress();
+  FConsole.Out << Printable(Shown + "  " + Root.Name + ": " + Root.ClassName + "  " + std::to_string(Stream.size()) +
+                            " bytes")
+               << '\n';
+  ++FListed;
+}
+
+void TConvertRun::CheckFile(const std::string& Shown, TFormFile& File) {
+  const std::string& Data = File.Bytes();
+  const TFormFileFormat Format = File.Format();
   ++FChecked;
   std::string Verdict;
   bool Failed = true;
@@ -756,12 +955,7 @@ void TConvertRun::CheckOne(const TInput& Input) {
   } catch (const std::exception& E) {
     Verdict = "FAILED: " + ErrorText(E);
   }
-  ClearProgress();
-  FConsole.Out << Printable(Input.Shown + ": " + Verdict) << '\n';
-  if (Failed)
-    ++FFailed;
-  else
-    ++FCheckedOk;
+  ReportCheck(Shown, Verdict, Failed);
 }
 
 std::string Plural(int N, std::string_view One, std::string_view Many) {
@@ -816,6 +1010,8 @@ int TConvertRun::Execute() {
     try {
       if (FOptions.Action == TAction::Check)
         CheckOne(FInputs[I]);
+      else if (FOptions.Action == TAction::List)
+        ListOne(FInputs[I]);
       else
         ConvertOne(FInputs[I], Target);
     } catch (const EFileProblem& E) {
@@ -828,8 +1024,14 @@ int TConvertRun::Execute() {
 
   const std::string NotForms =
       FNotForms ? "; " + Plural(FNotForms, "file was not a form", "files were not forms") : "";
+  const std::string NoForms =
+      FNoForms ? "; " + Plural(FNoForms, "program without forms", "programs without forms") : "";
   const int Other = FListErrors;  // names that could not even be listed
-  if (FOptions.Action == TAction::Check) {
+  if (FOptions.Action == TAction::List) {
+    if (FTotal + static_cast<std::size_t>(Other) > 1 || FNotForms || FNoForms || FListed > 1)
+      FConsole.Err << "Listed " << Plural(FListed, "form", "forms") << ", " << FFailed << " failed" << NotForms
+                   << NoForms << ".\n";
+  } else if (FOptions.Action == TAction::Check) {
     std::string Summary = "Checked " + Plural(FChecked, "file", "files") + ": " + std::to_string(FCheckedOk) +
                           " ok, " + std::to_string(FChecked - FCheckedOk) + " failed";
     // Names that could not be found or read are failures too, outside the files checked.
@@ -838,11 +1040,11 @@ int TConvertRun::Execute() {
     if (FTextChanged) Summary += "; " + Plural(FTextChanged, "text comes", "texts come") + " back as different text";
     if (FTypesDiffer)
       Summary += "; " + Plural(FTypesDiffer, "file's text gives", "files' texts give") + " other value types alone";
-    FConsole.Out << Summary << NotForms << ".\n";
-  } else if (FTotal + static_cast<std::size_t>(Other) > 1 || FNotForms) {
+    FConsole.Out << Summary << NotForms << NoForms << ".\n";
+  } else if (FTotal + static_cast<std::size_t>(Other) > 1 || FNotForms || FNoForms || FSeveralOutputs) {
     std::string Summary = "Converted " + Plural(FConverted, "file", "files");
     if (FAlready) Summary += ", " + std::to_string(FAlready) + " already in the requested format";
-    Summary += ", " + std::to_string(FFailed) + " failed" + NotForms + ".";
+    Summary += ", " + std::to_string(FFailed) + " failed" + NotForms + NoForms + ".";
     FConsole.Err << Summary << '\n';
   }
   FConsole.Out.flush();
@@ -868,12 +1070,15 @@ int RunConvertTool(const std::vector<std::string>& Args, TConvertConsole& Consol
       Console.Out << ToolName << " " << LUMORA_VERSION << '\n';
       return ConvertExitOk;
     }
-    if (O.Action == TAction::None) throw EUsage("say what to do: -t (to text), -b (to binary) or --check");
+    if (O.Action == TAction::None)
+      throw EUsage("say what to do: -t (to text), -b (to binary), --check or --list");
     if (O.Inputs.empty()) throw EUsage("no files given");
     if (O.InPlace && O.Output) throw EUsage("-i and -o do not go together");
     if (O.Raw && O.Action != TAction::ToBinary) throw EUsage("--raw goes with -b only");
     if (O.Action == TAction::Check && (O.Output || O.InPlace || O.Force))
       throw EUsage("--check writes no files; -o, -i and -f do not apply");
+    if (O.Action == TAction::List && (O.Output || O.InPlace || O.Force))
+      throw EUsage("--list writes no files; -o, -i and -f do not apply");
     if (O.Action == TAction::ToBinary && O.Output && *O.Output == "-" && Console.OutIsTerminal)
       throw EUsage("binary data is not written to a terminal; redirect standard output or use -o FILE");
   } catch (const EUsage& E) {

@@ -473,15 +473,17 @@ std::string ObjectResourceToText(std::string_view resource) {
   return ObjectBinaryToText(resource.substr(ReadResHeader(resource)));
 }
 
-std::string StreamRootClassName(std::string_view stream) {
+TStreamRoot StreamRoot(std::string_view stream) {
   TValueReader reader(stream);
   reader.ReadSignature();
   TFilerFlags flags;
   std::int32_t childPos;
   std::string_view className, name;
   reader.ReadComponentHeader(flags, childPos, className, name);
-  return std::string(className);
+  return {std::string(name), std::string(className)};
 }
+
+std::string StreamRootClassName(std::string_view stream) { return StreamRoot(stream).ClassName; }
 
 namespace {
 
@@ -575,14 +577,10 @@ void AppendComponentKey(std::string& key, std::string_view name, int index, int 
   }
 }
 
-void AppendPropertyOccurrence(std::string& key, int occurrence) {
-  if (occurrence > 0) {
-    key.push_back('\x03');
-    key.append(std::to_string(occurrence));
-  }
-}
-
 TReferenceValues::TReferenceValues(std::string_view stream) {
+  // About one value for every 24 bytes of a typical stream, one component for every ten.
+  FEntries.reserve(stream.size() / 24 + 16);
+  FComponents.reserve(stream.size() / 240 + 16);
   try {
     TValueReader reader(stream);
     reader.ReadSignature();
@@ -592,6 +590,14 @@ TReferenceValues::TReferenceValues(std::string_view stream) {
   }
 }
 
+namespace {
+
+bool EntryBefore(std::string_view aName, int aOccurrence, std::string_view bName, int bOccurrence) {
+  return aName < bName || (aName == bName && aOccurrence < bOccurrence);
+}
+
+}  // namespace
+
 void TReferenceValues::IndexComponent(TValueReader& reader, int depth, int index, int occurrence) {
   if (depth > MaxNestingDepth) return;
   const std::size_t keyLength = FKey.size();
@@ -600,17 +606,32 @@ void TReferenceValues::IndexComponent(TValueReader& reader, int depth, int index
   std::string_view className, name;
   reader.ReadComponentHeader(flags, childPos, className, name);
   AppendComponentKey(FKey, name, index, occurrence);
-  while (!reader.EndOfList()) {
-    const std::string_view property = reader.ReadShortString();
-    const std::size_t start = reader.Position();
-    reader.SkipValue();
-    std::string key = FKey;
-    key.push_back('\x01');
-    key.append(property);
-    AppendPropertyOccurrence(key, FCounts[key]++);
-    FValues.emplace(std::move(key), reader.Data().substr(start, reader.Position() - start));
+  {
+    // The component's properties, sorted for lookup once read, also when the stream
+    // breaks off among them.
+    const auto [it, added] = FComponents.try_emplace(FKey);
+    TComponent* component = added ? &it->second : nullptr;
+    const std::size_t first = FEntries.size();
+    struct TSortAtEnd {
+      std::vector<TEntry>& Entries;
+      std::size_t First;
+      TComponent* Component;
+      ~TSortAtEnd() {
+        std::sort(Entries.begin() + static_cast<std::ptrdiff_t>(First), Entries.end(), [](const TEntry& a, const TEntry& b) {
+          return EntryBefore(a.Name, a.Occurrence, b.Name, b.Occurrence);
+        });
+        if (Component) *Component = {First, Entries.size() - First};
+      }
+    } sortAtEnd{FEntries, first, component};
+    TPropertyNames properties;
+    while (!reader.EndOfList()) {
+      const std::string_view property = reader.ReadShortString();
+      const std::size_t start = reader.Position();
+      reader.SkipValue();
+      FEntries.push_back({property, properties.Occurrence(property), reader.Data().substr(start, reader.Position() - start)});
+    }
+    reader.ReadByte();
   }
-  reader.ReadByte();
   int childIndex = 0;
   TSiblingNames siblings;
   while (!reader.EndOfList()) {
@@ -627,7 +648,19 @@ void TReferenceValues::IndexComponent(TValueReader& reader, int depth, int index
   FKey.resize(keyLength);
 }
 
-std::string_view TReferenceValues::Find(const std::string& key) const {
-  const auto it = FValues.find(key);
-  return it == FValues.end() ? std::string_view() : it->second;
+TReferenceValues::TComponent TReferenceValues::FindComponent(const std::string& key) const {
+  const auto it = FComponents.find(key);
+  return it == FComponents.end() ? TComponent() : it->second;
 }
+
+std::string_view TReferenceValues::FindProperty(const TComponent& component, std::string_view name,
+                                                int occurrence) const {
+  const auto begin = FEntries.begin() + static_cast<std::ptrdiff_t>(component.First);
+  const auto end = begin + static_cast<std::ptrdiff_t>(component.Count);
+  const auto it = std::lower_bound(begin, end, 0, [&](const TEntry& e, int) {
+    return EntryBefore(e.Name, e.Occurrence, name, occurrence);
+  });
+  if (it == end || it->Name != name || it->Occurrence != occurrence) return {};
+  return it->Value;
+}
+

@@ -49,3 +49,9 @@ TFormFileFormat DetectFormFileFormat(std::string_view data);
 // The class name of the root component of a binary stream ("TForm1"); raises like
 // ObjectBinaryToText when the stream is damaged before the name.
 std::string StreamRootClassName(std::string_view stream);
+// The root component's name and class ("Form1", "TForm1"), read as StreamRootClassName.
+struct TStreamRoot {
+  std::string Name;
+  std::string ClassName;
+};
+TStreamRoot StreamRoot(std::string_view stream);
