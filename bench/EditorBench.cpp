@@ -11,7 +11,7 @@
 #include "platform/streaming/Streams.h"
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/Forms.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "textedit/DFM_ResEdit.h"
 
 #include <Qsci/qsciscintillabase.h>

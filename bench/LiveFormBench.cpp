@@ -10,7 +10,7 @@
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "platform/vcl/MessageLoop.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "shell/CompRes.h"
 
 #include <QApplication>

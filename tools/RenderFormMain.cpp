@@ -1,6 +1,11 @@
 // lumora-form-png OUT.png FILE.dfm: draws a form file as its window would look, without a
-// screen; PROGRAM.exe:NAME draws the form NAME inside a program. Read errors go to standard error; the picture is written all the same when the
-// stream could be read at all.
+// screen; PROGRAM.exe:NAME draws the form NAME inside a program. Every design package
+// Lumora ships is loaded (its known-packages list). Read errors go to standard error
+// ("Class X not found" for a class no package registers); the picture is written all
+// the same when the stream could be read at all.
+#include "liveform/PackConfig.h"
+#include "platform/vcl/Dialogs.h"
+#include "platform/streaming/FormFile.h"
 #include "platform/vcl/FormRender.h"
 #include "platform/vcl/MessageLoop.h"
 
@@ -28,6 +33,16 @@ int main(int argc, char** argv) {
   qInstallMessageHandler(QuietQtNotes);
   TQtApplication app(argc, argv);
   Application->Initialize();
+  // Nobody is there to answer: a package that cannot be loaded is said on standard error.
+  SetUserQuestionHook([](const TUserQuestion& q) {
+    std::fprintf(stderr, "%s\n", q.Text.c_str());
+    return mrOk;
+  });
+  try {
+    LoadKnownPackages();
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "%s\n", e.what());
+  }
   std::vector<std::string> errors;
   const bool ok = RenderFormFileToPng(argv[2], argv[1], errors);
   // Messages that name the file already (it cannot be opened, the program lacks the form)
@@ -39,6 +54,9 @@ int main(int argc, char** argv) {
     else
       std::fprintf(stderr, "%s: %s\n", argv[2], e.c_str());
   }
+  // The packages go, the package list of an INI file stays as it was.
+  Loader()->SetDirty(false);
+  FinalizePackConfig();
   TApplication::Done();
   return ok ? 0 : 1;
 }

@@ -69,6 +69,13 @@ bool IdentToCursor(std::string_view ident, long& cursor) {
   return false;
 }
 
+namespace {
+// Cursor names in streams (Cursor = crHourGlass) work without any class registered.
+struct TRegisterCursorNames {
+  TRegisterCursorNames() { RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent); }
+} gRegisterCursorNames;
+}  // namespace
+
 Qt::CursorShape CursorToQt(TCursor cursor) {
   switch (static_cast<int>(cursor)) {
     case -1: return Qt::BlankCursor;
@@ -1448,17 +1455,4 @@ void TCustomControl::CreateWidget() { AdoptWidget(new TPaintedWidget(this, false
 TCustomForm* GetParentForm(TControl* control) {
   while (control && control->Parent()) control = control->Parent();
   return dynamic_cast<TCustomForm*>(control);
-}
-
-namespace {
-// Cursor names are type information, known whether or not any class is registered:
-// the program's own layouts use them too.
-struct RegisterCursorNames {
-  RegisterCursorNames() { RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent); }
-} gRegisterCursorNames;
-}  // namespace
-
-void RegisterControlsClasses() {
-  RegisterClasses({TControl::StaticClass(), TWinControl::StaticClass(), TGraphicControl::StaticClass(),
-                   TCustomControl::StaticClass(), TBasicAction::StaticClass()});
 }

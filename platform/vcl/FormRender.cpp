@@ -4,8 +4,8 @@
 #include "platform/streaming/FormFile.h"
 #include "platform/streaming/SaveFile.h"
 #include "platform/streaming/SysUtils.h"
+#include "platform/vcl/ClassicDraw.h"
 #include "platform/vcl/ClassicFrame.h"
-#include "platform/vcl/VclClasses.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -71,7 +71,6 @@ QImage RenderForm(TCustomForm* form) {
 }
 
 bool RenderFormFileToPng(const std::string& formFile, const std::string& pngFile, std::vector<std::string>& errors) {
-  RegisterVclClasses();
   TFormFile file;
   try {
     file = TFormFile::Read(formFile);

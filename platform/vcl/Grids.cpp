@@ -1296,5 +1296,3 @@ void TStringGrid::DrawCell(QPainter& painter, int aCol, int aRow, const TRect& r
 }
 
 // ---------------------------------------------------------------------------------------
-
-void RegisterGridsClasses() { RegisterClasses({TDrawGrid::StaticClass(), TStringGrid::StaticClass()}); }

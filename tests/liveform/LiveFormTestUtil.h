@@ -8,7 +8,7 @@
 #include "platform/rtti/Strings.h"
 #include "platform/vcl/ClassicFrame.h"
 #include "platform/vcl/SystemMenu.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "shell/CompRes.h"
 
 #include <QAction>

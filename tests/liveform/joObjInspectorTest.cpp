@@ -5,7 +5,7 @@
 #include "liveform/joDesigner.h"
 #include "platform/rtti/Strings.h"
 #include "platform/vcl/Clipbrd.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "shell/CompRes.h"
 #include "tests/support/Errors.h"
 

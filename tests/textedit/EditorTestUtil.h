@@ -5,7 +5,7 @@
 #include "platform/rtti/Classes.h"
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/Forms.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "textedit/DFM_ResEdit.h"
 #include "textedit/joRichEdit.h"
 

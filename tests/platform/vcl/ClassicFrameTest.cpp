@@ -6,7 +6,7 @@
 #include "platform/vcl/FormRender.h"
 #include "platform/vcl/StdCtrls.h"
 #include "platform/vcl/SystemMenu.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/support/Corpus.h"
 
 #include <QAction>

@@ -4,7 +4,7 @@
 
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/Forms.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 
 #include <QApplication>
 

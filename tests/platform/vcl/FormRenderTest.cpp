@@ -3,7 +3,7 @@
 
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/PeImage.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/support/Corpus.h"
 #include "tests/support/PeBuilder.h"
 #include "tests/support/SaveFailures.h"

@@ -4,6 +4,7 @@
 #include "platform/rtti/Writer.h"
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/Forms.h"
+#include "tests/support/StandardPackage.h"
 
 #include <QImage>
 #include <QPainter>
@@ -91,7 +92,7 @@ TEST(ImgList, AssignCopiesImagesAndSettings) {
 }
 
 TEST(ImgList, ImagesAddedInCodeComeBackThroughTheStream) {
-  RegisterImgListClasses();
+  RegisterVclClasses();
   TForm form(nullptr);
   form.SetName("Form1");
   auto* list = new TImageList(&form);

@@ -4,7 +4,7 @@
 
 #include "platform/vcl/ExtCtrls.h"
 #include "platform/vcl/Forms.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/platform/vcl/FormFixture.h"
 #include "tests/platform/vcl/VclTestUtil.h"
 

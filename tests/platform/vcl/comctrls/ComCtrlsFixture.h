@@ -3,7 +3,7 @@
 
 #include "platform/vcl/ComCtrls.h"
 #include "platform/vcl/Forms.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/platform/vcl/ComCtrlsTestUtil.h"
 
 #include <QApplication>
@@ -21,7 +21,6 @@ protected:
   static void SetUpTestSuite() {
     Application->Initialize();
     RegisterVclClasses();
-    RegisterComCtrlsClasses();
   }
   void SetUp() override { form = new TForm(Application); }
   void TearDown() override { delete form; }
