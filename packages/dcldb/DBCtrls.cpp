@@ -125,6 +125,8 @@ LUMORA_CLASS_IMPL(TDBEdit) {
   PublishControlProperties(c, {"ShowHint", "TabOrder", "TabStop", "Visible"});
   c.Property("OnChange", &TDBEdit::OnChange, &TDBEdit::OnChange);
   PublishControlProperties(c, {LUMORA_STD_WIN_EVENTS});
+  c.Property("AutoSize").Default(true);
+  c.Property("ParentColor").Default(false);
   c.Property("TabStop").Default(true);
 }
 
@@ -187,6 +189,7 @@ LUMORA_CLASS_IMPL(TDBMemo) {
   c.Property("WordWrap", &TDBMemo::WordWrap, &TDBMemo::SetWordWrap).Default(true);
   c.Property("OnChange", &TDBMemo::OnChange, &TDBMemo::OnChange);
   PublishControlProperties(c, {LUMORA_STD_WIN_EVENTS});
+  c.Property("ParentColor").Default(false);
   c.Property("TabStop").Default(true);
 }
 
@@ -315,6 +318,7 @@ LUMORA_CLASS_IMPL(TDBListBox) {
   PublishControlProperties(c, {"TabOrder", "TabStop", "Visible", LUMORA_STD_WIN_EVENTS});
   c.Property("OnDrawItem", &TDBListBox::OnDrawItem, &TDBListBox::OnDrawItem);
   c.Property("OnMeasureItem", &TDBListBox::OnMeasureItem, &TDBListBox::OnMeasureItem);
+  c.Property("ParentColor").Default(false);
   c.Property("TabStop").Default(true);
 }
 
@@ -351,6 +355,7 @@ LUMORA_CLASS_IMPL(TDBComboBox) {
   PublishControlProperties(c, {"OnEndDock", "OnEndDrag", "OnEnter", "OnExit", "OnKeyDown", "OnKeyPress", "OnKeyUp"});
   c.Property("OnMeasureItem", &TDBComboBox::OnMeasureItem, &TDBComboBox::OnMeasureItem);
   PublishControlProperties(c, {"OnStartDock", "OnStartDrag"});
+  c.Property("ParentColor").Default(false);
   c.Property("TabStop").Default(true);
 }
 
@@ -476,6 +481,7 @@ LUMORA_CLASS_IMPL(TDBRichEdit) {
   c.Property("OnResizeRequest", &TDBRichEdit::OnResizeRequest, &TDBRichEdit::OnResizeRequest);
   c.Property("OnSaveClipboard", &TDBRichEdit::OnSaveClipboard, &TDBRichEdit::OnSaveClipboard);
   c.Property("OnSelectionChange", &TDBRichEdit::OnSelectionChange, &TDBRichEdit::OnSelectionChange);
+  c.Property("ParentColor").Default(false);
   c.Property("TabStop").Default(true);
 }
 
@@ -761,6 +767,7 @@ TDBNavigator::TDBNavigator(TComponent* owner)
   FFullRepaint = false;
   FWidth = 241;
   FHeight = 25;
+  AdjustWidth();
 }
 
 TDBNavigator::~TDBNavigator() {
