@@ -8,8 +8,6 @@
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/StdCtrls.h"
 
-#include <QMenuBar>  // the controls' headers use the menu bar's complete type
-
 #include <cstdint>
 #include <string>
 #include <string_view>
