@@ -60,6 +60,17 @@ std::string PackagesIniFileName() { return gIniFileName.empty() ? joResolveIniFi
 
 std::string PackagesSection() { return gSection.empty() ? std::string("Packages") : gSection; }
 
+int LoadKnownPackages() {
+  TjoPackageLoaderSR* loader = Loader();
+  loader->LoadFromKnownPackages();
+  int loaded = 0;
+  for (int i = 0; i < loader->Count(); ++i) {
+    loader->SetLoaded(i, true);
+    if (loader->IsLoaded(i)) ++loaded;
+  }
+  return loaded;
+}
+
 void FinalizePackConfig() {
   if (!gLoader) return;
   std::exception_ptr error;

@@ -22,6 +22,10 @@ void SetPackagesIniFile(const std::string& iniFileName, const std::string& secti
 std::string PackagesIniFileName();
 std::string PackagesSection();
 
+// Lists every package of the known-packages list and loads them all (programs that draw
+// forms without asking the user). Returns how many are loaded.
+int LoadKnownPackages();
+
 // The program's end: saves the list when it changed, then unloads every package and frees
 // the loader. Tests call it to start again from nothing.
 void FinalizePackConfig();

@@ -1,6 +1,9 @@
 // lumora-form-png OUT.png FILE.dfm: draws a form file as its window would look, without a
-// screen. Read errors go to standard error; the picture is written all the same when the
-// stream could be read at all.
+// screen, with every design package Lumora ships loaded (its known-packages list). Read
+// errors go to standard error ("Class X not found" for a class no package registers); the
+// picture is written all the same when the stream could be read at all.
+#include "liveform/PackConfig.h"
+#include "platform/vcl/Dialogs.h"
 #include "platform/vcl/FormRender.h"
 #include "platform/vcl/MessageLoop.h"
 
@@ -28,9 +31,22 @@ int main(int argc, char** argv) {
   qInstallMessageHandler(QuietQtNotes);
   TQtApplication app(argc, argv);
   Application->Initialize();
+  // Nobody is there to answer: a package that cannot be loaded is said on standard error.
+  SetUserQuestionHook([](const TUserQuestion& q) {
+    std::fprintf(stderr, "%s\n", q.Text.c_str());
+    return mrOk;
+  });
+  try {
+    LoadKnownPackages();
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "%s\n", e.what());
+  }
   std::vector<std::string> errors;
   const bool ok = RenderFormFileToPng(argv[2], argv[1], errors);
   for (const std::string& e : errors) std::fprintf(stderr, "%s: %s\n", argv[2], e.c_str());
+  // The packages go, the package list of an INI file stays as it was.
+  Loader()->SetDirty(false);
+  FinalizePackConfig();
   TApplication::Done();
   return ok ? 0 : 1;
 }

@@ -1,5 +1,7 @@
 #include "packages/dcldb/DBGrids.h"
 
+#include "platform/rtti/Reader.h"
+#include "platform/rtti/Writer.h"
 #include "platform/vcl/ClassicDraw.h"
 #include "platform/vcl/Menus.h"
 #include "platform/vcl/Publish.h"
@@ -423,14 +425,24 @@ void TCustomDBGrid::Notification(TComponent* component, TOperation operation) {
   }
 }
 
-// The columns say how wide they are; the grid's own column widths are not streamed.
-void TCustomDBGrid::DefineProperties(TFiler& filer) { TCustomControl::DefineProperties(filer); }
+// The columns say how wide they are; the grid's own column widths are not streamed. The
+// columns are written after the published properties, as the original wrote them.
+void TCustomDBGrid::DefineProperties(TFiler& filer) {
+  TCustomControl::DefineProperties(filer);
+  filer.DefineProperty(
+      "Columns",
+      [this](TReader& r) {
+        if (r.ReadValue() != vaCollection) TValueReader::InvalidValue();
+        r.ReadCollection(FColumns);
+      },
+      [this](TWriter& w) { w.WriteCollection(FColumns); }, IsColumnsStored());
+}
 
 LUMORA_CLASS_IMPL(TDBGrid) {
   PublishControlProperties(c, {"Align", "Anchors", "BiDiMode"});
   c.Property("BorderStyle", &TDBGrid::BorderStyle, &TDBGrid::SetBorderStyle).Default(BorderStyleOf(bsSingle));
   PublishControlProperties(c, {"Color"});
-  c.Property("Columns", &TDBGrid::Columns, &TDBGrid::SetColumns).Stored(&TDBGrid::IsColumnsStored);
+  c.Property("Columns", &TDBGrid::Columns, &TDBGrid::SetColumns).Stored(false);
   PublishControlProperties(c, {"Constraints", "Ctl3D"});
   PublishDataLink(c, "DataSource");
   c.Property("DefaultDrawing", &TDBGrid::DefaultDrawing, &TDBGrid::SetDefaultDrawing).Default(true);

@@ -214,8 +214,3 @@ LUMORA_CLASS_IMPL(TActionList) {
   c.Property("OnExecute", &TActionList::OnExecute, &TActionList::OnExecute);
   c.Property("OnUpdate", &TActionList::OnUpdate, &TActionList::OnUpdate);
 }
-
-void RegisterActnListClasses() {
-  RegisterClasses({TContainedAction::StaticClass(), TCustomAction::StaticClass(), TAction::StaticClass(),
-                   TCustomActionList::StaticClass(), TActionList::StaticClass()});
-}

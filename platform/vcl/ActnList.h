@@ -118,5 +118,3 @@ public:
 
 // Every action list that exists, for the idle update.
 const std::vector<TCustomActionList*>& AllActionLists();
-
-void RegisterActnListClasses();

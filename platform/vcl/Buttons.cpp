@@ -493,5 +493,3 @@ void TSpeedButton::Paint(QPainter& p) {
   PaintFace(p, QRect(0, 0, FWidth, FHeight), this, glyph, FLayout, FMargin, FSpacing, FEnabled,
             sunken ? QPoint(1, 1) : QPoint());
 }
-
-void RegisterButtonsClasses() { RegisterClasses({TBitBtn::StaticClass(), TSpeedButton::StaticClass()}); }

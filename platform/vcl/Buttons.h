@@ -119,5 +119,3 @@ private:
   bool FMouseInside = false;
   bool FDragging = false;
 };
-
-void RegisterButtonsClasses();

@@ -228,5 +228,3 @@ void TCheckListBox::SetFlat(bool value) {
 void TCheckListBox::ClickCheck() {
   if (OnClickCheck && !ComponentState().Contains(csLoading)) OnClickCheck(this);
 }
-
-void RegisterCheckLstClasses() { RegisterClasses({TCheckListBox::StaticClass()}); }

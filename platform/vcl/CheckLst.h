@@ -38,5 +38,3 @@ private:
   bool FAllowGrayed = false;
   bool FFlat = true;
 };
-
-void RegisterCheckLstClasses();

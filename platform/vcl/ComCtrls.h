@@ -20,6 +20,3 @@
 #include "platform/vcl/comctrls/SmallBars.h"
 #include "platform/vcl/comctrls/DateTime.h"
 #include "platform/vcl/comctrls/Animate.h"
-
-// Registers the classes of this unit.
-void RegisterComCtrlsClasses();

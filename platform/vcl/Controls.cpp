@@ -71,6 +71,13 @@ bool IdentToCursor(std::string_view ident, long& cursor) {
   return false;
 }
 
+namespace {
+// Cursor names in streams (Cursor = crHourGlass) work without any class registered.
+struct TRegisterCursorNames {
+  TRegisterCursorNames() { RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent); }
+} gRegisterCursorNames;
+}  // namespace
+
 Qt::CursorShape CursorToQt(TCursor cursor) {
   switch (static_cast<int>(cursor)) {
     case -1: return Qt::BlankCursor;
@@ -1450,10 +1457,4 @@ void TCustomControl::CreateWidget() { AdoptWidget(new TPaintedWidget(this, false
 TCustomForm* GetParentForm(TControl* control) {
   while (control && control->Parent()) control = control->Parent();
   return dynamic_cast<TCustomForm*>(control);
-}
-
-void RegisterControlsClasses() {
-  RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent);
-  RegisterClasses({TControl::StaticClass(), TWinControl::StaticClass(), TGraphicControl::StaticClass(),
-                   TCustomControl::StaticClass(), TBasicAction::StaticClass()});
 }

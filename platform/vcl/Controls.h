@@ -602,6 +602,3 @@ QString CaptionToQt(const QString& caption, bool showAccelChar = true);
 QString StripAccelChars(const QString& caption);
 // Whether `key` is the accelerator of `caption` (Alt+key presses it).
 bool IsAccel(Word key, const std::string& caption);
-
-// Registers the classes of this unit (TControl and the other bases).
-void RegisterControlsClasses();

@@ -544,9 +544,3 @@ void TReplaceDialog::BuildDialog() {
   QObject::connect(replace, &QPushButton::clicked, FDialog, [fire] { fire(false); });
   QObject::connect(replaceAll, &QPushButton::clicked, FDialog, [fire] { fire(true); });
 }
-
-void RegisterDialogsClasses() {
-  RegisterClasses({TCommonDialog::StaticClass(), TOpenDialog::StaticClass(), TSaveDialog::StaticClass(),
-                   TFontDialog::StaticClass(), TColorDialog::StaticClass(), TPrintDialog::StaticClass(),
-                   TPrinterSetupDialog::StaticClass(), TFindDialog::StaticClass(), TReplaceDialog::StaticClass()});
-}

@@ -317,5 +317,3 @@ protected:
 private:
   std::string FReplaceText;
 };
-
-void RegisterDialogsClasses();

@@ -675,9 +675,3 @@ void TTimer::UpdateTimer() {
   }
   FTimer->start(static_cast<int>(std::min<unsigned>(FInterval, INT32_MAX)));
 }
-
-void RegisterExtCtrlsClasses() {
-  RegisterClasses({TCustomPanel::StaticClass(), TPanel::StaticClass(), TBevel::StaticClass(), TImage::StaticClass(),
-                   TShape::StaticClass(), TPaintBox::StaticClass(), TSplitter::StaticClass(),
-                   TCustomRadioGroup::StaticClass(), TRadioGroup::StaticClass(), TTimer::StaticClass()});
-}

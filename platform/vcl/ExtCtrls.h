@@ -238,5 +238,3 @@ private:
   unsigned FInterval = 1000;
   QTimer* FTimer = nullptr;
 };
-
-void RegisterExtCtrlsClasses();

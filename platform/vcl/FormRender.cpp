@@ -5,7 +5,6 @@
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/ClassicDraw.h"
-#include "platform/vcl/VclClasses.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -174,7 +173,6 @@ QImage RenderForm(TCustomForm* form) {
 }
 
 bool RenderFormFileToPng(const std::string& formFile, const std::string& pngFile, std::vector<std::string>& errors) {
-  RegisterVclClasses();
   QFile in(QString::fromStdString(formFile));
   if (!in.open(QIODevice::ReadOnly)) {
     errors.push_back(Format("Cannot open file %s", formFile));

@@ -28,8 +28,8 @@ TFormLoadResult LoadFormFile(TCustomForm* form, std::string_view data);
 // the menu bar and the client area. The form is shown (offscreen) to be drawn.
 QImage RenderForm(TCustomForm* form);
 
-// Reads `formFile` with the controls of this layer registered and writes its picture to
-// `pngFile`. Returns false with a message in `errors` when the file cannot be read or
+// Reads `formFile` with the classes registered now (those of the loaded design packages)
+// and writes its picture to `pngFile`. Returns false with a message in `errors` when the file cannot be read or
 // the picture cannot be written; read errors of the form itself are listed in `errors`
 // too but do not make it fail.
 bool RenderFormFileToPng(const std::string& formFile, const std::string& pngFile, std::vector<std::string>& errors);

@@ -980,9 +980,3 @@ TControl* FindDragTarget(TPoint pos, bool allowDisabled) {
   while (c && !allowDisabled && !c->Enabled()) c = c->Parent();
   return c;
 }
-
-void RegisterFormsClasses() {
-  RegisterClasses({TControlScrollBar::StaticClass(), TScrollingWinControl::StaticClass(), TScrollBox::StaticClass(),
-                   TCustomFrame::StaticClass(), TFrame::StaticClass(), TCustomForm::StaticClass(),
-                   TForm::StaticClass()});
-}

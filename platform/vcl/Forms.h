@@ -374,5 +374,3 @@ LRESULT SendMessage(TWinControl* control, std::uint32_t msg, WPARAM wParam = 0, 
 
 // The control under a screen point (disabled ones too when `allowDisabled`), or none.
 TControl* FindDragTarget(TPoint pos, bool allowDisabled);
-
-void RegisterFormsClasses();

@@ -1299,5 +1299,3 @@ void TStringGrid::DrawCell(QPainter& painter, int aCol, int aRow, const TRect& r
 }
 
 // ---------------------------------------------------------------------------------------
-
-void RegisterGridsClasses() { RegisterClasses({TDrawGrid::StaticClass(), TStringGrid::StaticClass()}); }

@@ -276,5 +276,3 @@ private:
   std::map<int, TStrings*> FRows;
   std::map<int, TStrings*> FCols;
 };
-
-void RegisterGridsClasses();

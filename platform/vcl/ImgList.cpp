@@ -188,5 +188,3 @@ LUMORA_CLASS_IMPL(TImageList) {
   c.Property("Width", &TImageList::Width, &TImageList::SetWidth).Default(16);
   c.Property("OnChange", &TImageList::OnChange, &TImageList::OnChange);
 }
-
-void RegisterImgListClasses() { RegisterClasses({TCustomImageList::StaticClass(), TImageList::StaticClass()}); }

@@ -79,5 +79,3 @@ class TImageList : public TCustomImageList {
 public:
   explicit TImageList(TComponent* owner) : TCustomImageList(owner) {}
 };
-
-void RegisterImgListClasses();

@@ -526,7 +526,3 @@ TMenuItem* NewLine() {
   item->SetCaption(cLineCaption);
   return item;
 }
-
-void RegisterMenusClasses() {
-  RegisterClasses({TMenuItem::StaticClass(), TMenu::StaticClass(), TMainMenu::StaticClass(), TPopupMenu::StaticClass()});
-}

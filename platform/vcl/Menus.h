@@ -249,5 +249,3 @@ void ShortCutToKey(TShortCut shortCut, Word& key, TShiftState& shift);
 TMenuItem* NewItem(const std::string& caption, TShortCut shortCut, bool checked, bool enabled, TNotifyEvent onClick,
                    int helpContext, const std::string& name);
 TMenuItem* NewLine();
-
-void RegisterMenusClasses();

@@ -1360,13 +1360,3 @@ LUMORA_CLASS_IMPL(TStaticText) {
                                "OnStartDock", "OnStartDrag"});
   c.Property("AutoSize").Default(true);
 }
-
-void RegisterStdCtrlsClasses() {
-  RegisterClasses({TCustomLabel::StaticClass(), TLabel::StaticClass(), TCustomEdit::StaticClass(),
-                   TEdit::StaticClass(), TCustomMemo::StaticClass(), TMemo::StaticClass(),
-                   TButtonControl::StaticClass(), TButton::StaticClass(), TCustomCheckBox::StaticClass(),
-                   TCheckBox::StaticClass(), TRadioButton::StaticClass(), TCustomListBox::StaticClass(),
-                   TListBox::StaticClass(), TCustomComboBox::StaticClass(), TComboBox::StaticClass(),
-                   TCustomGroupBox::StaticClass(), TGroupBox::StaticClass(), TScrollBar::StaticClass(),
-                   TCustomStaticText::StaticClass(), TStaticText::StaticClass()});
-}

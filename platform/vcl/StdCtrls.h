@@ -507,5 +507,3 @@ class TStaticText : public TCustomStaticText {
 public:
   explicit TStaticText(TComponent* owner) : TCustomStaticText(owner) {}
 };
-
-void RegisterStdCtrlsClasses();

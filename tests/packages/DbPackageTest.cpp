@@ -212,6 +212,8 @@ TEST_F(DbPackageTest, WrittenBackAsReadWithFieldsInsideTheirTable) {
   EXPECT_NE(written.find("Lookup = True"), std::string::npos);
   EXPECT_NE(written.find("Active = True"), std::string::npos);
   EXPECT_NE(written.find("Title.Caption = 'Customer'"), std::string::npos);
+  // The grid's columns come after its published properties, as Delphi 4 wrote them.
+  EXPECT_GT(written.find("    Columns = <"), written.find("    TitleFont.Style = []"));
   EXPECT_NE(written.find("ValueChecked = 'Y'"), std::string::npos);
   // What the closed controls show is never written.
   EXPECT_EQ(written.find("  Text = "), std::string::npos);

@@ -3,20 +3,15 @@
 #include "packages/dcldb/DclDb.h"
 #include "packages/dclqrt/DclQrt.h"
 #include "platform/packages/Packages.h"
-#include "platform/vcl/VclClasses.h"
 #include "tests/support/Corpus.h"
+#include "tests/support/StandardPackage.h"
 
 namespace lumora::test {
 
 void RegisterPackageClassesForTest(bool reports) {
   Application->Initialize();
-  RegisterVclClasses();
-  RegisterComponentsProc = [](const std::string&, const TComponentClasses& classes) {
-    for (TClass cls : classes) RegisterClass(cls);
-  };
-  RegisterNoIconProc = [](const TComponentClasses& classes) {
-    for (TClass cls : classes) RegisterClass(cls);
-  };
+  // The standard package, loaded; its hooks register what the other packages hand them.
+  LoadStandardPackage();
   RegisterDbClasses();
   if (reports) RegisterQrClasses();
 }

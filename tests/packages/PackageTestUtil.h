@@ -10,8 +10,9 @@
 
 namespace lumora::test {
 
-// Registers the controls layer's classes and those of the data package (and of the
-// report package when `reports`), through the hooks a package's Register procedure uses.
+// Loads the standard package for the controls' classes and registers those of the data
+// package (and of the report package when `reports`) through the hooks a package's
+// Register procedure uses.
 void RegisterPackageClassesForTest(bool reports);
 
 // A corpus form read into a new form (errors accepted and listed); the caller frees it.

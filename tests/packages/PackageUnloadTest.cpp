@@ -5,7 +5,7 @@
 #include "platform/rtti/Registry.h"
 #include "platform/vcl/FormRender.h"
 #include "platform/vcl/Forms.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/support/Corpus.h"
 
 #include <QApplication>
@@ -94,7 +94,7 @@ class PackageUnloadTest : public ::testing::Test {
 protected:
   static void SetUpTestSuite() {
     Application->Initialize();
-    RegisterVclClasses();
+    lumora::test::LoadStandardPackage();
   }
   void SetUp() override {
     loader = new TjoPackageLoader();

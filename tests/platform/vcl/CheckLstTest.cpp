@@ -24,7 +24,6 @@ protected:
   static void SetUpTestSuite() {
     Application->Initialize();
     RegisterVclClasses();
-    RegisterCheckLstClasses();
   }
   void SetUp() override {
     form = new TForm(Application);

@@ -6,7 +6,7 @@
 #include "platform/vcl/Forms.h"
 #include "platform/vcl/Keys.h"
 #include "platform/vcl/StdCtrls.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/platform/vcl/ComCtrlsTestUtil.h"
 #include "tests/platform/vcl/VclTestUtil.h"
 
@@ -33,7 +33,6 @@ protected:
   static void SetUpTestSuite() {
     Application->Initialize();
     RegisterVclClasses();
-    RegisterComCtrlsClasses();
   }
   void SetUp() override { form = new TForm(Application); }
   void TearDown() override { delete form; }

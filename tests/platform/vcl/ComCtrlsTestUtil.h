@@ -6,7 +6,7 @@
 #include "platform/rtti/Classes.h"
 #include "platform/vcl/Forms.h"
 #include "platform/vcl/Graphics.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 
 #include <QApplication>
 #include <QImage>

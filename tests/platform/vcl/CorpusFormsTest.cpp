@@ -6,7 +6,7 @@
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "platform/vcl/StdCtrls.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/support/Corpus.h"
 
 #include <QApplication>

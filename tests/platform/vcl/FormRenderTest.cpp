@@ -1,7 +1,7 @@
 // Drawing a form file to a PNG, as scripts and the documentation do it.
 #include "platform/vcl/FormRender.h"
 
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/support/Corpus.h"
 
 #include <QImage>

@@ -9,7 +9,7 @@
 #include "platform/vcl/FormRender.h"
 #include "platform/vcl/Forms.h"
 #include "platform/vcl/Graphics.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/platform/vcl/VclTestUtil.h"
 #include "tests/support/Corpus.h"
 

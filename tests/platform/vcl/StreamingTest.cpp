@@ -10,7 +10,7 @@
 #include "platform/vcl/ImgList.h"
 #include "platform/vcl/Menus.h"
 #include "platform/vcl/StdCtrls.h"
-#include "platform/vcl/VclClasses.h"
+#include "tests/support/StandardPackage.h"
 #include "tests/platform/vcl/VclTestUtil.h"
 #include "tests/support/Corpus.h"
 

@@ -1,0 +1,3 @@
+#include "platform/packages/PackageDecl.h"
+
+LUMORA_PACKAGE("Lumora standard components", LUMORA_CONTAINS("StdReg"))
