@@ -194,3 +194,21 @@ TEST_F(PackageUnloadTest, UnloadingTheDataPackageTakesTheReportPackageAlongAndTh
 }
 
 }  // namespace
+
+TEST_F(PackageUnloadTest, AFormNobodyClosesKeepsWorkingAfterThePackagesGo) {
+  // A program that shows forms without a designer closes nothing when a package goes.
+  RemoveModuleUnloadProc(unloadProc);
+  unloadProc = 0;
+  const int db = AddPackage("dcldb.so");
+  AddPackage("dclqrt.so");
+  TForm* form = forms[Open()];
+  loader->SetLoaded(db, false);
+  EXPECT_EQ(closed, 0);
+  EXPECT_EQ(GetClass("TDBGrid"), nullptr);
+  // Drawn and read again while the classes' names are gone: the components stay what they were.
+  EXPECT_FALSE(RenderForm(form).isNull());
+  ASSERT_NE(form->FindComponent("DBNavigator1"), nullptr);
+  EXPECT_EQ(form->FindComponent("DBNavigator1")->ClassName(), "TDBNavigator");
+  QApplication::processEvents();
+  FreeAndNil(forms.back());
+}
