@@ -172,3 +172,10 @@ void DrawFocusRect(QPainter& p, const QRect& rect, const QColor& color) {
   }
   p.restore();
 }
+
+void DrawDesignFrame(QPainter& p, int width, int height) {
+  QPen pen(Qt::black, 1, Qt::DashLine);
+  p.setPen(pen);
+  p.setBrush(Qt::NoBrush);
+  p.drawRect(0, 0, width - 1, height - 1);
+}

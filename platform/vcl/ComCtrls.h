@@ -6,7 +6,7 @@
 // counterpart streams itself (tree nodes and list items as binary Data).
 //
 // Controls whose look depends on the classic metrics (tabs, status panels, tool bars,
-// headers) paint themselves; the others stand on a Qt widget of their kind (tree
+// headers, page scrollers) paint themselves; the others stand on a Qt widget of their kind (tree
 // widget, text edit, progress bar, slider, ...).
 //
 // Each family has its own pair in comctrls/; this header is the one callers include.
@@ -20,3 +20,4 @@
 #include "platform/vcl/comctrls/SmallBars.h"
 #include "platform/vcl/comctrls/DateTime.h"
 #include "platform/vcl/comctrls/Animate.h"
+#include "platform/vcl/comctrls/PageScroller.h"

@@ -15,13 +15,7 @@
 namespace {
 bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
 
-// The dashed outline that shows invisible controls' extent while designing.
-void DesignFrame(QPainter& p, int w, int h) {
-  QPen pen(Qt::black, 1, Qt::DashLine);
-  p.setPen(pen);
-  p.setBrush(Qt::NoBrush);
-  p.drawRect(0, 0, w - 1, h - 1);
-}
+void DesignFrame(QPainter& p, int w, int h) { DrawDesignFrame(p, w, h); }
 }  // namespace
 
 void DrawBevel(QPainter& painter, QRect& rect, TBevelCut cut, int width) {

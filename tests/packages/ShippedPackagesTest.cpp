@@ -5,8 +5,12 @@
 #include "liveform/PackConfig.h"
 
 #include "foundation/ApEvent.h"
+#include "platform/vcl/DataModule.h"
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/FormRender.h"
+#include "platform/vcl/Mask.h"
+#include "platform/vcl/Notebooks.h"
+#include "platform/vcl/StdActns.h"
 #include "platform/vcl/StdCtrls.h"
 #include "tests/foundation/TempDir.h"
 
@@ -181,4 +185,89 @@ TEST_F(ShippedPackagesTest, AtFirstUseOnlyTheStandardPackageIsLoadedAndTheDialog
   EXPECT_NE(form->FindComponent("DBGrid1"), nullptr);
   EXPECT_NE(form->FindComponent("QRLabel1"), nullptr);
   delete form;
+}
+
+TEST_F(ShippedPackagesTest, TheStandardPackageBuildsTheOlderAndRarerControlsRealFormsUse) {
+  constexpr const char* kForm =
+      "object Form1: TForm1\n"
+      "  Width = 400\n  Height = 300\n"
+      "  object MaskEdit1: TMaskEdit\n    Left = 8\n    Top = 8\n    Width = 80\n    Height = 21\n"
+      "    EditMask = '!99/99/0000;1;_'\n    MaxLength = 10\n    TabOrder = 0\n    Text = '01/02/1999'\n  end\n"
+      "  object Notebook1: TNotebook\n    Left = 8\n    Top = 40\n    Width = 100\n    Height = 60\n"
+      "    object TPage\n      Left = 0\n      Top = 0\n      Caption = 'First'\n"
+      "      object Label1: TLabel\n        Left = 2\n        Top = 2\n        Width = 20\n        Height = 13\n"
+      "        Caption = 'One'\n      end\n    end\n"
+      "    object TPage\n      Left = 0\n      Top = 0\n      Caption = 'Second'\n    end\n  end\n"
+      "  object TabbedNotebook1: TTabbedNotebook\n    Left = 120\n    Top = 40\n    Width = 200\n    Height = 100\n"
+      "    TabFont.Charset = DEFAULT_CHARSET\n    TabFont.Color = clBtnText\n    TabFont.Height = -11\n"
+      "    TabFont.Name = 'MS Sans Serif'\n    TabFont.Style = []\n    TabOrder = 1\n"
+      "    object TTabPage\n      Left = 4\n      Top = 24\n      Caption = 'Visual'\n    end\n"
+      "    object TTabPage\n      Left = 4\n      Top = 24\n      Caption = 'Data'\n    end\n  end\n"
+      "  object TabSet1: TTabSet\n    Left = 8\n    Top = 150\n    Width = 200\n    Height = 21\n"
+      "    Tabs.Strings = (\n      'A'\n      'B')\n    TabIndex = 1\n  end\n"
+      "  object Header1: THeader\n    Left = 8\n    Top = 180\n    Width = 200\n    Height = 20\n"
+      "    Sections.Sections = (\n      #0'48'#0'Name'\n      #0'64'#0'Size')\n  end\n"
+      "  object FileListBox1: TFileListBox\n    Left = 220\n    Top = 150\n    Width = 80\n    Height = 40\n"
+      "    ItemHeight = 13\n    Mask = '*.dfm'\n    TabOrder = 2\n  end\n"
+      "  object DirectoryListBox1: TDirectoryListBox\n    Left = 300\n    Top = 150\n    Width = 80\n    Height = 40\n"
+      "    ItemHeight = 16\n    TabOrder = 3\n  end\n"
+      "  object DriveComboBox1: TDriveComboBox\n    Left = 220\n    Top = 200\n    Width = 80\n    Height = 19\n"
+      "    TabOrder = 4\n  end\n"
+      "  object FilterComboBox1: TFilterComboBox\n    Left = 300\n    Top = 200\n    Width = 80\n    Height = 21\n"
+      "    Filter = 'All files (*.*)|*.*'\n    TabOrder = 5\n  end\n"
+      "  object ControlBar1: TControlBar\n    Left = 8\n    Top = 210\n    Width = 200\n    Height = 30\n"
+      "    TabOrder = 6\n  end\n"
+      "  object PageScroller1: TPageScroller\n    Left = 8\n    Top = 245\n    Width = 100\n    Height = 20\n"
+      "    TabOrder = 7\n  end\n"
+      "  object MediaPlayer1: TMediaPlayer\n    Left = 120\n    Top = 245\n    Width = 253\n    Height = 30\n"
+      "    TabOrder = 8\n  end\n"
+      "  object OpenPictureDialog1: TOpenPictureDialog\n    Left = 8\n    Top = 8\n  end\n"
+      "  object SavePictureDialog1: TSavePictureDialog\n    Left = 40\n    Top = 8\n  end\n"
+      "  object ColorDialog1: TColorDialog\n    Ctl3D = True\n    Left = 72\n    Top = 8\n  end\n"
+      "  object PrintDialog1: TPrintDialog\n    Left = 104\n    Top = 8\n  end\n"
+      "  object PrinterSetupDialog1: TPrinterSetupDialog\n    Left = 136\n    Top = 8\n  end\n"
+      "  object ActionList1: TActionList\n    Left = 168\n    Top = 8\n"
+      "    object EditCut1: TEditCut\n      Category = 'Edit'\n      Caption = 'Cu&t'\n      ShortCut = 16472\n    end\n"
+      "    object EditCopy1: TEditCopy\n      Category = 'Edit'\n      Caption = '&Copy'\n    end\n"
+      "    object EditPaste1: TEditPaste\n      Category = 'Edit'\n      Caption = '&Paste'\n    end\n"
+      "    object EditSelectAll1: TEditSelectAll\n      Category = 'Edit'\n    end\n"
+      "    object EditUndo1: TEditUndo\n      Category = 'Edit'\n    end\n"
+      "    object EditDelete1: TEditDelete\n      Category = 'Edit'\n    end\n"
+      "    object WindowClose1: TWindowClose\n      Category = 'Window'\n    end\n"
+      "    object WindowCascade1: TWindowCascade\n      Category = 'Window'\n    end\n"
+      "    object WindowTileHorizontal1: TWindowTileHorizontal\n      Category = 'Window'\n    end\n"
+      "    object WindowTileVertical1: TWindowTileVertical\n      Category = 'Window'\n    end\n"
+      "    object WindowMinimizeAll1: TWindowMinimizeAll\n      Category = 'Window'\n    end\n"
+      "    object WindowArrange1: TWindowArrange\n      Category = 'Window'\n    end\n"
+      "    object HelpContents1: THelpContents\n      Category = 'Help'\n    end\n"
+      "    object HelpTopicSearch1: THelpTopicSearch\n      Category = 'Help'\n    end\n"
+      "    object HelpOnHelp1: THelpOnHelp\n      Category = 'Help'\n    end\n"
+      "  end\n"
+      "end\n";
+  Loader()->Add(Shipped("dclstd"), true);
+  auto* form = new TForm(Application);
+  const TFormLoadResult result = LoadFormFile(form, kForm);
+  EXPECT_TRUE(result.Errors.empty()) << result.Errors.front();
+  auto* mask = dynamic_cast<TMaskEdit*>(form->FindComponent("MaskEdit1"));
+  ASSERT_NE(mask, nullptr);
+  EXPECT_EQ(mask->EditText(), "01/02/1999");
+  auto* notebook = dynamic_cast<TNotebook*>(form->FindComponent("Notebook1"));
+  ASSERT_NE(notebook, nullptr);
+  ASSERT_EQ(notebook->PageCount(), 2);
+  EXPECT_EQ(notebook->PageAt(1)->Caption(), "Second");
+  // The label on the first page belongs to the form.
+  ASSERT_NE(form->FindComponent("Label1"), nullptr);
+  EXPECT_EQ(dynamic_cast<TControl*>(form->FindComponent("Label1"))->Parent(), notebook->PageAt(0));
+  EXPECT_NE(dynamic_cast<TEditCut*>(form->FindComponent("EditCut1")), nullptr);
+  EXPECT_NE(dynamic_cast<THelpOnHelp*>(form->FindComponent("HelpOnHelp1")), nullptr);
+  form->Show();
+  EXPECT_FALSE(RenderForm(form).isNull());
+  delete form;
+}
+
+TEST_F(ShippedPackagesTest, ADataModuleIsARootTheStandardPackageKnows) {
+  Loader()->Add(Shipped("dclstd"), true);
+  TClass cls = GetClass("TDataModule");
+  ASSERT_NE(cls, nullptr);
+  EXPECT_EQ(cls, TDataModule::StaticClass());
 }
