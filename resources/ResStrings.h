@@ -12,6 +12,27 @@ inline constexpr std::string_view SAppTitle = "Lumora";
 // (end of main window texts)
 
 // ---- Form-text editor, rich edit, strings editor ---------------------------------------
+// The rich edit's context menu.
+inline constexpr std::string_view SRichEditUndo = "&Undo";
+inline constexpr std::string_view SRichEditCut = "Cu&t";
+inline constexpr std::string_view SRichEditCopy = "&Copy";
+inline constexpr std::string_view SRichEditPaste = "&Paste";
+inline constexpr std::string_view SRichEditDelete = "&Delete";
+inline constexpr std::string_view SRichEditSelectAll = "Se&lect All";
+inline constexpr std::string_view SRichEditFind = "&Find";
+inline constexpr std::string_view SRichEditReplace = "&Replace";
+inline constexpr std::string_view SRichEditSearchAgain = "&Search Again";
+// A search that found nothing (the text searched for).
+inline constexpr std::string_view SSearchNotFound = "Search string '%s' not found";
+// The form-text editor's own menu items.
+inline constexpr std::string_view SEditorCompile = "Compile";
+inline constexpr std::string_view SEditorFont = "&Font";
+// Its status bar.
+inline constexpr std::string_view SEditorProcessing = "Processing ...";
+inline constexpr std::string_view SEditorModified = "Modified";
+inline constexpr std::string_view SEditorReadOnly = "Read only";
+// One-based line and column of the caret.
+inline constexpr std::string_view SEditorCursorPos = "%6d: %3d";
 // (end of editor texts)
 
 // ---- Design packages and packages dialog -------------------------------------------------

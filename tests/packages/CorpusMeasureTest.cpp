@@ -9,7 +9,7 @@
 #include "platform/streaming/ResHeader.h"
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/Forms.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 #include "tests/support/Corpus.h"
 
 #include <gtest/gtest.h>

@@ -12,7 +12,7 @@
 #include "platform/vcl/Notebooks.h"
 #include "platform/vcl/StdActns.h"
 #include "platform/vcl/StdCtrls.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QApplication>
 #include <QListWidget>
