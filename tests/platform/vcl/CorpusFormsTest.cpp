@@ -33,7 +33,7 @@ const std::set<std::string> kLaterProperties = {
     // Names other classes here publish, added later to these ones.
     "TAction.GroupIndex", "TButton.ImageIndex", "TButton.Images", "TButton.WordWrap", "TCheckBox.WordWrap",
     "TComboBox.ItemIndex", "TRichEdit.Zoom", "TOpenDialog.Height", "TOpenDialog.Width", "TSaveDialog.Height", "TSaveDialog.Width",
-    "TCoolBar.BandMaximize", "TDateTimePicker.Format",
+    "TCoolBar.BandMaximize", "TDateTimePicker.Format", "TToolBar.Menu",
 };
 
 std::string ReadAll(const std::filesystem::path& path) { return lumora::test::ReadFileBytes(path); }
