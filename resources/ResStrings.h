@@ -48,6 +48,11 @@ inline constexpr std::string_view SPackageExt = "so";
 // (end of package texts)
 
 // ---- Live form, designer and object inspector --------------------------------------------
+// Items of a live form's system menu.
+inline constexpr std::string_view SLiveForm = "Live Form";
+inline constexpr std::string_view SDeadForm = "Dead Form";
+inline constexpr std::string_view SViewAsText = "View As Text";
+inline constexpr std::string_view SShowObjectInspector = "Show Object Inspector";
 // (end of live form texts)
 
 // ---- Options, About box, base main form ----------------------------------------------------

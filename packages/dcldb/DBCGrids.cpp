@@ -9,7 +9,6 @@
 #include <algorithm>
 
 namespace {
-bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
 constexpr int kScrollBarSize = 16;
 }  // namespace
 

@@ -104,7 +104,7 @@ TComponent* TReader::ReadRootComponent(TComponent* root) {
   Watch(root);
   FLoaded.push_back(root);
   try {
-    SetCompName(root, name);
+    SetCompName(root, UniqueRootName(root, name));
     root->ReadState(*this);
     FixupReferences();
   } catch (...) {
@@ -174,6 +174,20 @@ TComponent* TReader::ReadComponent(TComponent* component) {
   }
   --FDepth;
   return result;
+}
+
+std::string TReader::UniqueRootName(TComponent* root, const std::string& name) {
+  // A second window read from the same stream beside the first (two instances of one
+  // form) is named Name_1, Name_2, ...; a root being designed keeps its name.
+  TComponent* owner = root->Owner();
+  if (name.empty() || !owner || root->ComponentState().Contains(csDesigning)) return name;
+  TComponent* same = owner->FindComponent(name);
+  if (!same || same == root) return name;
+  for (int i = 1;; ++i) {
+    std::string candidate = name + "_" + std::to_string(i);
+    TComponent* other = owner->FindComponent(candidate);
+    if (!other || other == root) return candidate;
+  }
 }
 
 void TReader::SetCompName(TComponent* component, const std::string& name) {

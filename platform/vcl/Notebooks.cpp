@@ -13,8 +13,6 @@
 
 namespace {
 
-bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
-
 constexpr const char* kDefaultPage = "Default";
 
 // A list of page names that tells its owner when the user of the property edits it.
