@@ -13,7 +13,6 @@
 
 namespace {
 
-
 constexpr const char* kDefaultPage = "Default";
 
 // A list of page names that tells its owner when the user of the property edits it.

@@ -146,8 +146,9 @@ TEST_F(ShippedPackagesTest, AtFirstUseOnlyTheStandardPackageIsLoadedAndTheDialog
   Loader()->SetKnownPackagesFile(LUMORA_KNOWN_PACKAGES);
   Loader()->SetRootDir(LUMORA_BUILD_ROOT);
   EnsurePackagesLoaded();
-  ASSERT_EQ(Loader()->Count(), 3);
+  ASSERT_EQ(Loader()->Count(), 4);
   EXPECT_NE(GetClass("TButton"), nullptr);
+  EXPECT_EQ(GetClass("TSpinEdit"), nullptr);
   EXPECT_EQ(GetClass("TDBGrid"), nullptr);
   EXPECT_EQ(GetClass("TQRLabel"), nullptr);
   auto* form = new TForm(Application);
@@ -166,8 +167,8 @@ TEST_F(ShippedPackagesTest, AtFirstUseOnlyTheStandardPackageIsLoadedAndTheDialog
       out.push_back((dialog->CheckListBox->Checked(i) ? "[x] " : "[ ] ") + items->Strings(i));
     return out;
   };
-  EXPECT_EQ(shown(), (std::vector<std::string>{"[ ] Data Access and Data Controls", "[x] Lumora standard components",
-                                               "[ ] Report Components"}));
+  EXPECT_EQ(shown(), (std::vector<std::string>{"[ ] Data Access and Data Controls", "[ ] Lumora sample components",
+                                               "[x] Lumora standard components", "[ ] Report Components"}));
 
   // The user ticks the report package with the keyboard: the data package it requires
   // comes along.
@@ -179,8 +180,8 @@ TEST_F(ShippedPackagesTest, AtFirstUseOnlyTheStandardPackageIsLoadedAndTheDialog
   list->setCurrentRow(row);
   QTest::keyClick(list, Qt::Key_Space);
   QApplication::processEvents();
-  EXPECT_EQ(shown(), (std::vector<std::string>{"[x] Data Access and Data Controls", "[x] Lumora standard components",
-                                               "[x] Report Components"}));
+  EXPECT_EQ(shown(), (std::vector<std::string>{"[x] Data Access and Data Controls", "[ ] Lumora sample components",
+                                               "[x] Lumora standard components", "[x] Report Components"}));
   delete dialog;
 
   form = new TForm(Application);
