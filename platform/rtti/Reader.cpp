@@ -82,6 +82,22 @@ bool TReader::Alive(TComponent* component) const {
 
 // ---- Components ------------------------------------------------------------------------------
 
+namespace {
+// A second window of the same class owned by the same owner gets its name with "_1",
+// "_2", ... as the runtime names a second instance of a form.
+std::string UniqueRootName(TComponent* root, const std::string& name) {
+  TComponent* owner = root->Owner();
+  if (!owner || name.empty()) return name;
+  auto taken = [&](const std::string& candidate) {
+    TComponent* found = owner->FindComponent(candidate);
+    return found && found != root;
+  };
+  std::string result = name;
+  for (int i = 1; taken(result); ++i) result = name + "_" + std::to_string(i);
+  return result;
+}
+}  // namespace
+
 TComponent* TReader::ReadRootComponent(TComponent* root) {
   FAborting = false;
   FReader.ReadSignature();
@@ -104,7 +120,7 @@ TComponent* TReader::ReadRootComponent(TComponent* root) {
   Watch(root);
   FLoaded.push_back(root);
   try {
-    SetCompName(root, name);
+    SetCompName(root, UniqueRootName(root, name));
     root->ReadState(*this);
     FixupReferences();
   } catch (...) {

@@ -71,6 +71,14 @@ bool IdentToCursor(std::string_view ident, long& cursor) {
   return false;
 }
 
+namespace {
+// Cursor names are known from the start, as colour names are: the program's own windows
+// read them too, with or without the registered classes.
+struct RegisterCursorNames {
+  RegisterCursorNames() { RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent); }
+} gRegisterCursorNames;
+}  // namespace
+
 Qt::CursorShape CursorToQt(TCursor cursor) {
   switch (static_cast<int>(cursor)) {
     case -1: return Qt::BlankCursor;

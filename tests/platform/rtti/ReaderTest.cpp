@@ -179,6 +179,23 @@ TEST_F(ReaderTest, TheRootIsTheComponentGivenAndTakesItsNameFromTheStream) {
   EXPECT_EQ(form->FCaption, "x");
 }
 
+TEST_F(ReaderTest, ASecondRootOfTheSameOwnerTakesTheNameWithANumber) {
+  TComponent owner(nullptr);
+  auto* first = new TTestForm(&owner);
+  auto* second = new TTestForm(&owner);
+  auto* third = new TTestForm(&owner);
+  const std::string text = "object AboutBox: TTestForm\nend\n";
+  ReadComponentFromText(first, text);
+  ReadComponentFromText(second, text);
+  ReadComponentFromText(third, text);
+  EXPECT_EQ(first->Name(), "AboutBox");
+  EXPECT_EQ(second->Name(), "AboutBox_1");
+  EXPECT_EQ(third->Name(), "AboutBox_2");
+  // Reading again into the same root keeps its name.
+  ReadComponentFromText(first, text);
+  EXPECT_EQ(first->Name(), "AboutBox");
+}
+
 TEST_F(ReaderTest, WithoutARootTheStreamsClassIsCreated) {
   RegisterClass(TTestForm::StaticClass());
   TReader reader(Binary("object MyForm: TTestForm\n  Width = 5\nend\n"));
