@@ -9,6 +9,11 @@ namespace ResStr {
 
 // ---- Main window, open and save commands, window list -------------------------------
 inline constexpr std::string_view SAppTitle = "Lumora";
+inline constexpr std::string_view SMainFormInstanceTwice = "Cannot have more than one instance '%s' per application";
+inline constexpr std::string_view SRelayNoLumora = "No Lumora is running to take the file";
+inline constexpr std::string_view SRelayNotTaken = "The running Lumora did not take the file name";
+inline constexpr std::string_view SRelayNoAnswer = "The running Lumora did not answer";
+inline constexpr std::string_view SRelayTaken = "Another Lumora of this session receives file names already";
 // (end of main window texts)
 
 // ---- Form-text editor, rich edit, strings editor ---------------------------------------
@@ -21,6 +26,8 @@ inline constexpr std::string_view SAppTitle = "Lumora";
 // (end of live form texts)
 
 // ---- Options, About box, base main form ----------------------------------------------------
+inline constexpr std::string_view SNoHelpSystem = "Sorry!!!\rHelp system in work...";
+inline constexpr std::string_view SHotKeyNone = "(None)";
 // (end of foundation texts)
 
 }  // namespace ResStr
