@@ -2,6 +2,10 @@
 
 set(LUMORA_SOURCE_ROOT "${PROJECT_SOURCE_DIR}")
 
+# Where an installed Lumora keeps its libraries and design packages (below the prefix).
+include(GNUInstallDirs)
+set(LUMORA_INSTALL_LIBDIR "${CMAKE_INSTALL_LIBDIR}/lumora")
+
 function(lumora_warnings target)
   target_compile_options(${target} PRIVATE -Wall -Wextra)
 endfunction()
@@ -45,6 +49,11 @@ function(lumora_add_library name)
   endif()
   lumora_warnings(${name})
   lumora_sanitize(${name})
+  if(NOT ARG_STATIC)
+    # Installed beside each other in the program's own library folder.
+    set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    install(TARGETS ${name} LIBRARY DESTINATION "${LUMORA_INSTALL_LIBDIR}")
+  endif()
 endfunction()
 
 # lumora_add_package(<name> SOURCES ... [DEPS ...]): a design package, loaded at run time.
@@ -59,6 +68,8 @@ function(lumora_add_package name)
   set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/packages")
   lumora_warnings(${name})
   lumora_sanitize(${name})
+  set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN/..")
+  install(TARGETS ${name} LIBRARY DESTINATION "${LUMORA_INSTALL_LIBDIR}/packages")
 endfunction()
 
 # lumora_add_tool(<name> [QT] SOURCES ... [DEPS ...]): a command-line program in bin/.
@@ -78,6 +89,9 @@ function(lumora_add_tool name)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
   lumora_warnings(${name})
   lumora_sanitize(${name})
+  set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN/../${LUMORA_INSTALL_LIBDIR}")
+  install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  lumora_version_info(${name})
 endfunction()
 
 # lumora_add_unit_test(<name> [GUI] SOURCES ... [DEPS ...])

@@ -5,7 +5,7 @@ inherited AboutBox: TAboutBox
   BorderStyle = bsToolWindow
   Caption = 'About'
   ClientHeight = 156
-  ClientWidth = 338
+  ClientWidth = 356
   Position = poScreenCenter
   OnCreate = FormCreate
   PixelsPerInch = 96
@@ -13,7 +13,7 @@ inherited AboutBox: TAboutBox
   object Panel1: TPanel
     Left = 8
     Top = 8
-    Width = 322
+    Width = 340
     Height = 105
     BevelOuter = bvLowered
     TabOrder = 0
@@ -86,7 +86,7 @@ inherited AboutBox: TAboutBox
     end
   end
   object OKButton: TButton
-    Left = 131
+    Left = 140
     Top = 123
     Width = 75
     Height = 25

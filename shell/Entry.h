@@ -1,0 +1,8 @@
+#pragma once
+// The entry of the program, in the library so that tests run it as the program does.
+
+// Runs Lumora with the command line given; the exit status.
+//   lumora [FILE]          the banner, FILE opened once the program is idle
+//   lumora --relay FILE    FILE handed to the running Lumora of this session
+//   lumora --help | --version
+int LumoraMain(int argc, char** argv);

@@ -1,0 +1,202 @@
+#pragma once
+// The main window: a small banner while no text is shown, the form-text editor filling it
+// otherwise; its menus, the commands that open, view and save form files, the list of
+// open documents and live forms, the settings kept between runs, and the hidden relay
+// window through which another program hands over a file name.
+
+#include "foundation/Options.h"
+#include "foundation/SW_Main.h"
+#include "platform/vcl/Dialogs.h"
+#include "platform/vcl/StdCtrls.h"
+#include "shell/Relay.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class TjoArrNamedRecords;
+
+// Private messages; other programs may send them, so their numbers are fixed.
+// To the relay window: one piece of a file name; to the main window: open PendingFileName.
+constexpr std::uint32_t WM_PENDINGFILE = 9426;
+// To the main window: come to the front.
+constexpr std::uint32_t WM_ACTIVATEVIEWER = 9427;
+// To the main window: show the window list dialog.
+constexpr std::uint32_t WM_SHOWWINDOWLIST = 100;
+
+// System commands the banner refuses.
+constexpr WPARAM SC_MINIMIZE = 0xF020;
+constexpr WPARAM SC_MAXIMIZE = 0xF030;
+constexpr WPARAM SC_CLOSE = 0xF060;
+constexpr WPARAM SC_RESTORE = 0xF120;
+
+// The size of the banner.
+constexpr int kBannerWidth = 270;
+constexpr int kBannerHeight = 90;
+// A dropped file's name is cut to this many characters.
+constexpr std::size_t kDropNameLength = 512;
+
+// ---- Program-wide values of the main window's unit ------------------------------------
+
+// A file waiting to be opened: from the command line, a drop or the relay.
+std::string& StartFileName();
+// The file handed from StartFileName to the open step.
+std::string& PendingFileName();
+// The characters of a file name the relay window received so far.
+std::string& RelayBuffer();
+// The folder the shared save dialog starts in when it is made.
+std::string& SaveDialogFolder();
+// The unit's end: the three names and the save folder are cleared.
+void FinalizeMainUnit();
+
+// The program's command line (without the program's own name first), as the entry
+// received it; ParamStr(1) is the first argument.
+void SetParams(std::vector<std::string> Params);
+int ParamCount();
+std::string ParamStr(int Index);
+
+// ---- The relay window ---------------------------------------------------------------------
+
+// Hidden; receives the pieces of a file name (from the local socket of the session) and,
+// on the last one, hands the name to the main window.
+class TFixForm_1245al67_9 : public TForm {
+  LUMORA_CLASS(TFixForm_1245al67_9, TForm)
+public:
+  explicit TFixForm_1245al67_9(TComponent* AOwner);
+  ~TFixForm_1245al67_9() override;
+
+  void Dispatch(TMessage& Message) override;
+  // The socket it listens on, while the program runs.
+  TRelayListener* Listener() const { return FListener.get(); }
+
+private:
+  std::unique_ptr<TRelayListener> FListener;
+};
+
+// ---- The main window ----------------------------------------------------------------------
+
+class TFrm_mLumora : public TSW_MainForm, public IjoOptionsHost {
+  LUMORA_CLASS(TFrm_mLumora, TSW_MainForm)
+public:
+  explicit TFrm_mLumora(TComponent* AOwner);
+  ~TFrm_mLumora() override;
+
+  // ---- Components of the layout
+  TLabel* Label1 = nullptr;
+  TLabel* Label2 = nullptr;
+  TOpenDialog* OpenDialog = nullptr;
+  TSaveDialog* SaveDialog = nullptr;
+  TMenuItem* mi_OpenAsForm = nullptr;
+  TMenuItem* mi_OpenAsText = nullptr;
+  TMenuItem* mi_FileSaveAs = nullptr;
+  TMenuItem* N1 = nullptr;
+  TMenuItem* mi_FileCloseEditor = nullptr;
+  TMenuItem* N2 = nullptr;
+  TMenuItem* bmi_View = nullptr;
+  TMenuItem* mi_ViewAsForm = nullptr;
+  TMenuItem* mi_ViewWindowList = nullptr;
+  TMenuItem* bmi_Options = nullptr;
+  TMenuItem* mi_OptionsProperties = nullptr;
+  TMenuItem* mi_OptionsFormViewer = nullptr;
+  TMenuItem* mi_OptionsPackages = nullptr;
+  TMenuItem* bmi_WinList = nullptr;
+  TMenuItem* N2_1 = nullptr;
+  TMenuItem* CloseeAll = nullptr;
+
+  // ---- Settings and state
+  bool FViewAsForm = true;
+  bool FReadOnly = true;
+  std::string FAppTitle;
+  bool FOptionsChanged = false;
+  bool FOnly1VF = false;
+  bool FStayOnTop = false;
+  std::uint8_t FVV_Style = 0;
+  TShortCut FKeyClose = scNone;
+  TShortCut FKeyToggle = scNone;
+  TShortCut FKeyOI = scNone;
+  TjoIniFile* FIni = nullptr;
+  bool FWinListIdle = true;
+  std::string FIniFileName;
+  std::string FCurrentFile;
+  int FFormWidth = 640;
+  int FFormHeight = 480;
+  bool FEditorShown = false;
+  TjoArrNamedRecords* FDocuments = nullptr;
+
+  // ---- Handlers bound by the layout
+  void FormCreate(TObject* Sender);
+  void FormDestroy(TObject* Sender);
+  void FormActivate(TObject* Sender);
+  void FormClose(TObject* Sender, TCloseAction& Action);
+  void mi_ExitClick(TObject* Sender);
+  void mi_OpenAsFormClick(TObject* Sender);
+  void mi_OpenAsTextClick(TObject* Sender);
+  void mi_ViewAsFormClick(TObject* Sender);
+  void mi_FileSaveAsClick(TObject* Sender);
+  void mi_FileCloseEditorClick(TObject* Sender);
+  void mi_CloseAllClick(TObject* Sender);
+  void mi_ViewWindowListClick(TObject* Sender);
+  void mi_OptionsPropertiesClick(TObject* Sender);
+  void mi_OptionsFormViewerClick(TObject* Sender);
+  void mi_OptionsPackagesClick(TObject* Sender);
+  void mi_HelpHelpClick(TObject* Sender);
+
+  // ---- The two faces
+  bool EditorVisible() const;
+  void ShowEditor(const std::string& FileName);
+  void HideEditor();
+  // Resizes the window, keeping it on the screen.
+  void SetMainSize(int Width, int Height);
+
+  // ---- Setters of the settings of the same names
+  void SetOnly1VF(bool Value);
+  void SetStayOnTop(bool Value);
+  void SetKeyClose(TShortCut Value);
+  void SetKeyToggle(TShortCut Value);
+  void SetKeyOI(TShortCut Value);
+
+  // ---- Open, view and save
+  // The road of the command line, a drop and the relay: opens a form file the default way;
+  // anything else is passed over without a message.
+  void OpenByDefault(const std::string& FileName);
+  void CloseAll();
+
+  // ---- Window list
+  void RefreshWindowMenu();
+  void ShowWindowList();
+
+  // ---- The options dialog's view of the settings
+  TjoOptionValues GetOptionValues() override;
+  void ApplyOptionValues(const TjoOptionValues& Values) override;
+
+  void Dispatch(TMessage& Message) override;
+  void Notification(TComponent* AComponent, TOperation Operation) override;
+  // Files dropped from the desktop: the first one is taken.
+  void DropFiles(const std::vector<std::string>& FileNames);
+  // The relay window, while the program runs.
+  TFixForm_1245al67_9* RelayWindow() const { return FRelayWindow; }
+
+protected:
+  void IdleHook(bool& Done) override;
+  void FirstIdleHook() override;
+  void KeyPreviewHook(Word& Key, TShiftState Shift) override;
+
+private:
+  class TWindowFilter;
+  void ReadSettings();
+  void WriteSettings();
+  // Recomputes the enabled state of a menu from its items, bottom up.
+  void UpdateMenuEnabled(TMenuItem* Menu);
+  void ApplyFaceLimits();
+  void SysCommand(TMessage& Message);
+  void ActivateViewer();
+
+  TFixForm_1245al67_9* FRelayWindow = nullptr;
+  TWindowFilter* FWindowFilter = nullptr;
+};
+
+// Whether the file's content is a binary form file: a resource header for RCDATA given by
+// number, then "TPF0".
+bool IsBinaryFormFile(const std::string& FileName);
+// Whether the file's content is form text ("object", "inherited" or "inline" first).
+bool IsTextFormFile(const std::string& FileName);
