@@ -10,6 +10,7 @@
 #include "platform/vcl/Graphics.h"
 #include "platform/vcl/ShortCuts.h"
 
+#include <QMenuBar>
 #include <QPointer>
 
 #include <string>
@@ -19,7 +20,6 @@ LUMORA_DECLARE_EXCEPTION(EMenuError, Exception)
 
 class QAction;
 class QMenu;
-class QMenuBar;
 class QWidget;
 class TMenu;
 class TCustomImageList;
