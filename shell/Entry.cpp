@@ -55,7 +55,7 @@ QIcon ProgramIcon() {
 
 }  // namespace
 
-int LumoraMain(int argc, char** argv) {
+int LumoraMain(int argc, char** argv, const std::function<void()>& Started) {
   std::vector<std::string> params;
   bool relay = false;
   bool options = true;
@@ -102,6 +102,7 @@ int LumoraMain(int argc, char** argv) {
   Application->SetTitle(std::string(ResStr::SAppTitle));
   TFrm_mLumora* mainForm = nullptr;
   Application->CreateForm(mainForm);
+  if (Started) Started();
   Application->Run();
   // The main window is freed here, while the program can still show a message.
   TApplication::Done();
