@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Runs each fuzzer (the converters and the component reader) for the given seconds on seeds made from the real form
-# files (../shared/corpus beside the checkout). Exits non-zero when a fuzzer fails.
+# Runs each fuzzer (the converters, the component reader and the program reader) for the given seconds on seeds
+# made from the real form files and programs (../shared/corpus beside the checkout). Exits non-zero when a fuzzer
+# fails.
 # Usage: tests/fuzz/run.sh <folder with the fuzz binaries> <seconds>
 set -uo pipefail
 bin_dir=${1:?folder of the fuzz binaries}
@@ -28,9 +29,16 @@ seed() {
 seed binary_to_text 'bin/*' 'pairs/*.bin.dfm' 'broken/*'
 seed text_to_binary 'text/*' 'pairs/*.txt.dfm'
 seed reader 'bin/*' 'pairs/*.bin.dfm'
+# Programs are shrunk to their headers and resources; hand-made images join them.
+mkdir -p "$work/pe_image"
+if [ -x "$bin_dir/make_pe_seeds" ]; then
+  shopt -s nullglob
+  "$bin_dir/make_pe_seeds" "$work/pe_image" "$corpus"/pe/*.exe "$corpus"/pe/*.dll "$corpus"/pe/*.bpl > /dev/null
+  shopt -u nullglob
+fi
 
 status=0
-for name in binary_to_text text_to_binary reader; do
+for name in binary_to_text text_to_binary reader pe_image; do
   fuzzer="$bin_dir/fuzz_$name"
   if [ ! -x "$fuzzer" ]; then
     echo "fuzz: $fuzzer is missing"
@@ -39,9 +47,11 @@ for name in binary_to_text text_to_binary reader; do
   fi
   echo "fuzz: $name for ${seconds}s on $(ls "$work/$name" | wc -l) seeds"
   mkdir -p "$work/$name.new" "$work/$name.crashes"
+  dict="$here/$name.dict"
+  [ -f "$dict" ] || dict="$here/form.dict"
   # A single input running past 20 s counts as a hang; memory beyond 2 GB as a failure.
   if ! "$fuzzer" "$work/$name.new" "$work/$name" \
-      -dict="$here/form.dict" -max_total_time="$seconds" -max_len=65536 \
+      -dict="$dict" -max_total_time="$seconds" -max_len=65536 \
       -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 \
       -artifact_prefix="$work/$name.crashes/" > "$work/$name.log" 2>&1; then
     echo "fuzz: $name FAILED"
