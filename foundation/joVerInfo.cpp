@@ -1,5 +1,6 @@
 #include "foundation/joVerInfo.h"
 
+#include "platform/streaming/PeImage.h"
 #include "platform/streaming/SysUtils.h"
 
 #include <cstring>
@@ -127,10 +128,40 @@ std::string ReadElfVersionRecord(const std::string& FileName) {
 
 // ---- TjoVersionInfo ----------------------------------------------------------------
 
-// The version data: each value under the upper-cased path.
+// The version data: each value under the upper-cased path. The strings of a Windows
+// program's version resource are looked up when first asked for, and kept.
 struct TjoVersionInfo::TBuffer {
   std::map<std::string, std::string> Values;
+  std::string Image;
+  std::unique_ptr<TVersionStrings> Strings;
 };
+
+namespace {
+
+// Up to this many bytes of a Windows program are read for its version resource.
+constexpr std::uint64_t kMaxImageSize = 256u << 20;
+
+std::string ReadWhole(const std::string& name) {
+  std::ifstream in(name, std::ios::binary);
+  if (!in) return {};
+  in.seekg(0, std::ios::end);
+  const std::streamoff size = in.tellg();
+  if (size <= 0 || static_cast<std::uint64_t>(size) > kMaxImageSize) return {};
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  in.seekg(0);
+  if (!in.read(bytes.data(), size)) return {};
+  return bytes;
+}
+
+std::string TranslationWords(const std::vector<TVersionTranslation>& translations) {
+  std::string words;
+  for (const TVersionTranslation& t : translations) {
+    for (std::uint16_t w : {t.Language, t.CodePage}) words.append(reinterpret_cast<const char*>(&w), sizeof w);
+  }
+  return words;
+}
+
+}  // namespace
 
 TjoVersionInfo::TjoVersionInfo(const std::string& AFileName) : FFileName(AFileName) {}
 
@@ -140,6 +171,7 @@ void TjoVersionInfo::LoadBuffer() {
   if (FBuffer || FFileName.empty()) return;
   std::error_code error;
   if (!std::filesystem::is_regular_file(FFileName, error)) return;
+  if (LoadWindowsVersion()) return;
   const std::string record = ReadElfVersionRecord(FFileName);
   std::istringstream lines(record);
   std::string line;
@@ -172,12 +204,47 @@ void TjoVersionInfo::LoadBuffer() {
   FBuffer = std::move(buffer);
 }
 
+bool TjoVersionInfo::LoadWindowsVersion() {
+  char head[2] = {};
+  {
+    std::ifstream in(FFileName, std::ios::binary);
+    if (!in || !in.read(head, 2) || head[0] != 'M' || head[1] != 'Z') return false;
+  }
+  auto buffer = std::make_unique<TBuffer>();
+  buffer->Image = ReadWhole(FFileName);
+  try {
+    if (!IsPeImage(buffer->Image)) throw EPeImageError("not a program");
+    TPeImage image(buffer->Image);
+    const TPeResource* resource = image.FirstResource(RT_VERSION);
+    if (!resource || resource->Damaged()) throw EPeImageError("no version resource");
+    buffer->Strings = std::make_unique<TVersionStrings>(resource->Bytes());
+  } catch (const Exception&) {
+    // A damaged program, or one without version data: the defaults, and no second try.
+    FStringPath.clear();
+    FFileName.clear();
+    return true;
+  }
+  const std::string words = TranslationWords(buffer->Strings->Translations());
+  if (!words.empty()) buffer->Values[UpperCase(kTranslationPath)] = words;
+  FBuffer = std::move(buffer);
+  return true;
+}
+
 const void* TjoVersionInfo::Query(const std::string& SubBlock) {
   LoadBuffer();
   if (!FBuffer) return nullptr;
-  auto it = FBuffer->Values.find(UpperCase(SubBlock));
-  if (it == FBuffer->Values.end()) return nullptr;
-  return it->second.c_str();
+  const std::string path = UpperCase(SubBlock);
+  auto it = FBuffer->Values.find(path);
+  if (it != FBuffer->Values.end()) return it->second.c_str();
+  // \StringFileInfo\TABLE\NAME of a Windows program's resource.
+  const std::string prefix = "\\STRINGFILEINFO\\";
+  if (!FBuffer->Strings || path.rfind(prefix, 0) != 0) return nullptr;
+  const std::size_t slash = path.find('\\', prefix.size());
+  if (slash == std::string::npos) return nullptr;
+  std::string value;
+  if (!FBuffer->Strings->Find(SubBlock.substr(prefix.size(), slash - prefix.size()), SubBlock.substr(slash + 1), value))
+    return nullptr;
+  return FBuffer->Values.emplace(path, value).first->second.c_str();
 }
 
 const std::uint16_t* TjoVersionInfo::Translation() {

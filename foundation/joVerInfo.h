@@ -7,8 +7,9 @@
 // the build writes into each of them (lumora_version_info in cmake/LumoraTargets.cmake):
 // a first line "LumoraVersionInfo 1", then one "path=value" line per value, the
 // translation as "\VarFileInfo\Translation=LLLL CCCC" (language and code page in
-// hexadecimal). A file without a record (or one that cannot be read) has no values, and
-// every string reads as its default.
+// hexadecimal). A Windows program (.exe, .dll) gives the values of its version resource.
+// A file without either (or one that cannot be read) has no values, and every string
+// reads as its default.
 
 #include <cstdint>
 #include <map>
@@ -49,6 +50,8 @@ public:
 private:
   struct TBuffer;
   void LoadBuffer();
+  // The version resource of a Windows program; false when the file is not one.
+  bool LoadWindowsVersion();
 
   std::string FFileName;
   std::unique_ptr<TBuffer> FBuffer;

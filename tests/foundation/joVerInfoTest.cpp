@@ -3,6 +3,8 @@
 #include "foundation/joVerInfo.h"
 
 #include "tests/foundation/TempDir.h"
+#include "tests/support/Corpus.h"
+#include "tests/support/PeBuilder.h"
 
 #include <gtest/gtest.h>
 
@@ -181,4 +183,69 @@ TEST_F(VerInfoTest, NothingIsReadBeforeTheFirstQueryAndNotTriedAgainAfterAFailur
   EXPECT_EQ(info.ProductName(), "");
   EXPECT_EQ(info.FileName(), "");
   EXPECT_EQ(TjoVersionInfo(path).ProductName(), "Form Viewer");
+}
+
+// ---- Windows programs ----------------------------------------------------------------
+
+TEST_F(VerInfoTest, AWindowsProgramGivesTheStringsOfItsVersionResource) {
+  using lumora::test::BuildPeImage;
+  using lumora::test::BuildVersionResource;
+  const std::string version = BuildVersionResource(
+      {{0x0419, 0x04E3}, {0x0409, 0x04E4}},
+      {{"041904E3", {{"ProductName", "Просмотр форм"}, {"FileVersion", "4.0.0.5"}}},
+       {"040904E4", {{"ProductName", "Form Viewer"}}}});
+  TjoVersionInfo info(Write("viewer.exe", BuildPeImage({{"#16", "#1", 0, version}}).Bytes));
+  EXPECT_EQ(info.LangCharset(), "041904E3");
+  EXPECT_EQ(info.ProductName(), "Просмотр форм");
+  EXPECT_EQ(info.FileVersion(), "4.0.0.5");
+  EXPECT_EQ(info.GetString("Comments", "none"), "none");
+  ASSERT_NE(info.Query("\\StringFileInfo\\040904E4\\ProductName"), nullptr);
+  EXPECT_STREQ(static_cast<const char*>(info.Query("\\StringFileInfo\\040904E4\\ProductName")), "Form Viewer");
+  // The same pointer each time: the value is kept.
+  EXPECT_EQ(info.Query("\\StringFileInfo\\041904E3\\FileVersion"), info.Query("\\stringfileinfo\\041904e3\\fileversion"));
+  const std::uint16_t* pairs = info.Translation();
+  ASSERT_NE(pairs, nullptr);
+  std::uint16_t words[4];
+  std::memcpy(words, pairs, sizeof words);
+  EXPECT_EQ(words[2], 0x0409);
+  EXPECT_EQ(words[3], 0x04E4);
+}
+
+TEST_F(VerInfoTest, AWindowsProgramWithoutTranslationOrResourceGivesTheDefaults) {
+  using lumora::test::BuildPeImage;
+  using lumora::test::BuildVersionResource;
+  const std::string untranslated = BuildVersionResource({}, {{"040904E4", {{"ProductName", "Form Viewer"}}}});
+  TjoVersionInfo noTranslation(Write("a.exe", BuildPeImage({{"#16", "#1", 0, untranslated}}).Bytes));
+  EXPECT_EQ(noTranslation.ProductName(), "");
+  EXPECT_EQ(noTranslation.LangCharset(), "");
+  TjoVersionInfo noResource(Write("b.dll", BuildPeImage({{"#10", "TFORM1", 0, "TPF0"}}).Bytes));
+  EXPECT_EQ(noResource.GetString("FileVersion", "1.0.0.0"), "1.0.0.0");
+  EXPECT_FALSE(noResource.Loaded());
+  // A damaged program: every cut of one gives its name when the resource is whole, the
+  // default when it is not, and never anything else.
+  const auto built = BuildPeImage({{"#16", "#1", 0, BuildVersionResource({{0x409, 1252}}, {{"040904E4", {{"ProductName", "X"}}}})}});
+  int defaults = 0;
+  for (std::size_t length = 0; length < built.Bytes.size(); length += 13) {
+    TjoVersionInfo cut(Write("cut.exe", built.Bytes.substr(0, length)));
+    const std::string name = cut.GetString("ProductName", "default");
+    EXPECT_TRUE(name == "default" || name == "X") << length << ": " << name;
+    if (length < built.DirectoriesEnd) EXPECT_EQ(name, "default") << length;
+    defaults += name == "default";
+  }
+  EXPECT_GT(defaults, 10);
+}
+
+TEST(VerInfoCorpus, TheVersionOfRealWindowsPrograms) {
+  LUMORA_REQUIRE_CORPUS();
+  const auto dir = lumora::test::CorpusDir() / "pe";
+  TjoVersionInfo setup((dir / "0016.exe").string());
+  EXPECT_EQ(setup.ProductName(), "Inno Setup");
+  EXPECT_EQ(setup.FileVersion(), "0.0.0.0");
+  EXPECT_EQ(setup.LangCharset(), "040904E4");
+  TjoVersionInfo library((dir / "0010.dll").string());
+  EXPECT_EQ(library.LangCharset(), "040E04E2");
+  EXPECT_EQ(library.FileVersion(), "1.0.0.0");
+  EXPECT_EQ(library.ProductName(), "");
+  TjoVersionInfo plain((dir / "0001.exe").string());
+  EXPECT_EQ(plain.GetString("FileVersion", "1.0.0.0"), "1.0.0.0");
 }
