@@ -56,16 +56,30 @@ function(lumora_add_library name)
   endif()
 endfunction()
 
-# lumora_add_package(<name> SOURCES ... [DEPS ...]): a design package, loaded at run time.
+# lumora_add_package(<name> SOURCES ... [DEPS ...] [OUTPUT_DIRECTORY dir]): a design
+# package, the folder's sources built into <name>.so (no "lib" prefix) in packages/ of the
+# build tree, loaded at run time. It links the platform's shared libraries (DEPS, and the
+# package runtime always), so its classes are the ones the program has.
+# Symbols keep the default visibility, so that what headers define inline (type
+# information of enumerations, for one) binds to the platform's single copy.
 function(lumora_add_package name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
-  if(NOT LUMORA_GUI)
+  cmake_parse_arguments(ARG "" "OUTPUT_DIRECTORY" "SOURCES;DEPS" ${ARGN})
+  if(NOT LUMORA_GUI AND ARG_DEPS MATCHES "Qt6::|_vcl|_gui")
     return()
+  endif()
+  if(NOT ARG_OUTPUT_DIRECTORY)
+    set(ARG_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/packages")
   endif()
   add_library(${name} MODULE ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE "${LUMORA_SOURCE_ROOT}")
-  target_link_libraries(${name} PRIVATE ${ARG_DEPS})
-  set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/packages")
+  target_link_libraries(${name} PRIVATE lumora_packages ${ARG_DEPS})
+  set_target_properties(${name} PROPERTIES
+    PREFIX ""
+    SUFFIX ".so"
+    LIBRARY_OUTPUT_DIRECTORY "${ARG_OUTPUT_DIRECTORY}")
+  if(ARG_DEPS MATCHES "Qt6::|lumora_vcl")
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  endif()
   lumora_warnings(${name})
   lumora_sanitize(${name})
   set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN/..")

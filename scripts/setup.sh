@@ -5,6 +5,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev
+  libqscintilla2-qt6-dev unrtf
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-dev
   fonts-liberation fonts-wine fonts-dejavu-core fonts-wqy-microhei

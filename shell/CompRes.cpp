@@ -130,6 +130,9 @@ void TjoComponentResource::Assign(TPersistent* Source) {
   if (!list && !component) return;  // anything else is ignored, deliberately
   FUpdating = true;
   try {
+    // The stream held so far tells the types of the values the text leaves open, so
+    // that what the text did not change comes back byte for byte.
+    const std::string reference(list ? Data() : std::string_view());
     Clear();
     TMemoryStream& data = NeedData();
     if (list) {
@@ -138,7 +141,11 @@ void TjoComponentResource::Assign(TPersistent* Source) {
       scratch.Clear();
       list->SaveToStream(scratch);
       scratch.SetPosition(0);
-      ObjectTextToBinary(scratch, data);
+      if (reference.empty()) {
+        ObjectTextToBinary(scratch, data);
+      } else {
+        data.WriteBuffer(ObjectTextToBinary(scratch.View(), reference));
+      }
     } else {
       WriteComponent(data, component);
     }

@@ -29,7 +29,9 @@ public:
   bool LoadFromStream(TStream& Stream, bool HasHeader);
 
   // From a string list (form text; EParserError when it does not parse) or a component.
-  // Anything else is ignored.
+  // Form text keeps the bytes of the stream held before for every value it still has
+  // (the text does not tell every value type apart), so a text taken from the document
+  // and given back unchanged gives the same stream. Anything else is ignored.
   void Assign(TPersistent* Source) override;
   // To a string list (form text) or a component (its owned components are replaced by
   // the form's); anything else is the usual cannot-assign error.

@@ -7,6 +7,7 @@
 #include "foundation/Options.h"
 #include "foundation/SW_Main.h"
 #include "platform/vcl/Dialogs.h"
+#include "platform/vcl/Messages.h"
 #include "platform/vcl/StdCtrls.h"
 #include "shell/Relay.h"
 
@@ -23,12 +24,6 @@ constexpr std::uint32_t WM_PENDINGFILE = 9426;
 constexpr std::uint32_t WM_ACTIVATEVIEWER = 9427;
 // To the main window: show the window list dialog.
 constexpr std::uint32_t WM_SHOWWINDOWLIST = 100;
-
-// System commands the banner refuses.
-constexpr WPARAM SC_MINIMIZE = 0xF020;
-constexpr WPARAM SC_MAXIMIZE = 0xF030;
-constexpr WPARAM SC_CLOSE = 0xF060;
-constexpr WPARAM SC_RESTORE = 0xF120;
 
 // The size of the banner.
 constexpr int kBannerWidth = 270;

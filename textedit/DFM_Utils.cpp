@@ -83,7 +83,16 @@ int FormLineKind(std::string_view Word) {
   return flkNone;
 }
 
+int TFormLineVector::Count() const { return FormLineCount(FLines); }
+
+std::string_view TFormLineVector::Line(int Index) const { return FormLineAt(FLines, Index); }
+
 int WalkFormText(const TFormLines& Lines, TFormNodeHandle Parent, int StartLine, std::intptr_t Context,
+                 const TFormPropertyCallback& PropertyCallback, const TFormNodeCallback& NodeCallback) {
+  return WalkFormText(TFormLineVector(Lines), Parent, StartLine, Context, PropertyCallback, NodeCallback);
+}
+
+int WalkFormText(const TFormLineSource& Lines, TFormNodeHandle Parent, int StartLine, std::intptr_t Context,
                  const TFormPropertyCallback& PropertyCallback, const TFormNodeCallback& NodeCallback) {
   // Each block is walked as a level of its own; the levels are kept on a list rather
   // than on the call stack, so that no nesting depth can exhaust the stack.
@@ -93,7 +102,7 @@ int WalkFormText(const TFormLines& Lines, TFormNodeHandle Parent, int StartLine,
     bool Silent;  // a block under "no node": no callbacks at all
   };
   std::vector<TLevel> Levels{{Parent, Context, false}};
-  const int Count = FormLineCount(Lines);
+  const int Count = Lines.Count();
   int I = StartLine < 0 ? 0 : StartLine;
 
   for (;;) {
@@ -104,7 +113,7 @@ int WalkFormText(const TFormLines& Lines, TFormNodeHandle Parent, int StartLine,
         break;
       }
       const TLevel Level = Levels.back();
-      const std::string_view Line = FormLineAt(Lines, I);
+      const std::string_view Line = Lines.Line(I);
       int Pos = 1, EndPos = -1;
       if (!SkipBlanks(Line, Pos, EndPos) || Pos >= static_cast<int>(Line.size())) {
         ++I;

@@ -14,6 +14,28 @@
 // through the few accessors at the top of DFM_Utils.cpp.
 using TFormLines = std::vector<std::string>;
 
+// Read access to the lines of a form text wherever they are held (a vector, a string
+// list, an editor's buffer), so that walking a large text never copies it.
+class TFormLineSource {
+public:
+  virtual ~TFormLineSource() = default;
+  virtual int Count() const = 0;
+  // The line at Index (0 <= Index < Count) without its line end. The view stays valid
+  // until the next call of Line on the same source.
+  virtual std::string_view Line(int Index) const = 0;
+};
+
+// The lines of a TFormLines as a line source.
+class TFormLineVector : public TFormLineSource {
+public:
+  explicit TFormLineVector(const TFormLines& Lines) : FLines(Lines) {}
+  int Count() const override;
+  std::string_view Line(int Index) const override;
+
+private:
+  const TFormLines& FLines;
+};
+
 // Kinds of a line's first word (FormLineKind).
 constexpr int flkNone = 0;
 constexpr int flkObject = 1;
@@ -55,6 +77,8 @@ int FormLineKind(std::string_view Word);
 // PropertyCallback (either may be empty), descending into each block until its end line.
 // Returns the index of the last line consumed: the end line that closed this level, or
 // past the last line when the level runs off the end.
+int WalkFormText(const TFormLineSource& Lines, TFormNodeHandle Parent, int StartLine, std::intptr_t Context,
+                 const TFormPropertyCallback& PropertyCallback, const TFormNodeCallback& NodeCallback);
 int WalkFormText(const TFormLines& Lines, TFormNodeHandle Parent, int StartLine, std::intptr_t Context,
                  const TFormPropertyCallback& PropertyCallback, const TFormNodeCallback& NodeCallback);
 

@@ -82,22 +82,6 @@ bool TReader::Alive(TComponent* component) const {
 
 // ---- Components ------------------------------------------------------------------------------
 
-namespace {
-// A second window of the same class owned by the same owner gets its name with "_1",
-// "_2", ... as the runtime names a second instance of a form.
-std::string UniqueRootName(TComponent* root, const std::string& name) {
-  TComponent* owner = root->Owner();
-  if (!owner || name.empty()) return name;
-  auto taken = [&](const std::string& candidate) {
-    TComponent* found = owner->FindComponent(candidate);
-    return found && found != root;
-  };
-  std::string result = name;
-  for (int i = 1; taken(result); ++i) result = name + "_" + std::to_string(i);
-  return result;
-}
-}  // namespace
-
 TComponent* TReader::ReadRootComponent(TComponent* root) {
   FAborting = false;
   FReader.ReadSignature();
@@ -190,6 +174,20 @@ TComponent* TReader::ReadComponent(TComponent* component) {
   }
   --FDepth;
   return result;
+}
+
+std::string TReader::UniqueRootName(TComponent* root, const std::string& name) {
+  // A second window read from the same stream beside the first (two instances of one
+  // form) is named Name_1, Name_2, ...; a root being designed keeps its name.
+  TComponent* owner = root->Owner();
+  if (name.empty() || !owner || root->ComponentState().Contains(csDesigning)) return name;
+  TComponent* same = owner->FindComponent(name);
+  if (!same || same == root) return name;
+  for (int i = 1;; ++i) {
+    std::string candidate = name + "_" + std::to_string(i);
+    TComponent* other = owner->FindComponent(candidate);
+    if (!other || other == root) return candidate;
+  }
 }
 
 void TReader::SetCompName(TComponent* component, const std::string& name) {

@@ -131,6 +131,7 @@ private:
 
   void ReadPropValue(TPersistent* instance, const TPropInfo* prop);
   void SetCompName(TComponent* component, const std::string& name);
+  std::string UniqueRootName(TComponent* root, const std::string& name);
   TMethod FindMethod(const std::string& name, const TTypeInfo* eventType);
   TPersistent* SubObject(TPersistent* instance, const std::string& name);
   void Watch(TComponent* component);

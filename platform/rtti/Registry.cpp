@@ -22,6 +22,8 @@ struct TRegistration {
 struct TRegistry {
   std::vector<TRegistration> Entries;
   HMODULE Current = MainInstance;
+  std::vector<std::pair<int, TModuleUnloadProc>> UnloadProcs;
+  int LastProcId = 0;
 
   TRegistration* Find(std::string_view name) {
     for (auto& e : Entries)
@@ -93,11 +95,42 @@ void UnRegisterClasses(std::initializer_list<TClass> classes) {
 }
 
 void UnRegisterModuleClasses(HMODULE module) {
-  auto& entries = Registry().Entries;
+  TRegistry& r = Registry();
+  const auto fromModule = [&](const TRegistration& e) { return e.Module == module; };
+  if (std::none_of(r.Entries.begin(), r.Entries.end(), fromModule)) return;
+  // A copy: a procedure may add or remove procedures.
+  const auto procs = r.UnloadProcs;
+  for (const auto& [id, proc] : procs)
+    if (proc) proc(module);
+  auto& entries = r.Entries;
   for (const auto& e : entries)
     if (e.Module == module) rtti_detail::TRegistryAccess::SetModule(e.Class, MainInstance);
-  entries.erase(std::remove_if(entries.begin(), entries.end(), [&](const TRegistration& e) { return e.Module == module; }),
-                entries.end());
+  entries.erase(std::remove_if(entries.begin(), entries.end(), fromModule), entries.end());
+  // An ancestor first registered by the module for a class another module registered
+  // (both derive from the same control) comes back under that class's module.
+  const std::vector<TRegistration> remaining = entries;
+  TClass persistent = TPersistent::StaticClass();
+  for (const TRegistration& e : remaining) {
+    if (e.Name != e.Class->ClassName()) continue;
+    for (TClass c = e.Class->ClassParent(); c; c = c->ClassParent()) {
+      if (!r.Find(c->ClassName())) {
+        entries.push_back(TRegistration{c->ClassName(), c, e.Module});
+        rtti_detail::TRegistryAccess::SetModule(c, e.Module);
+      }
+      if (c == persistent) break;
+    }
+  }
+}
+
+int AddModuleUnloadProc(TModuleUnloadProc proc) {
+  TRegistry& r = Registry();
+  r.UnloadProcs.emplace_back(++r.LastProcId, std::move(proc));
+  return r.LastProcId;
+}
+
+void RemoveModuleUnloadProc(int id) {
+  auto& procs = Registry().UnloadProcs;
+  procs.erase(std::remove_if(procs.begin(), procs.end(), [&](const auto& p) { return p.first == id; }), procs.end());
 }
 
 HMODULE FindClassHInstance(std::string_view name) {

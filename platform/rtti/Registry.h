@@ -6,6 +6,7 @@
 
 #include "platform/rtti/TypInfo.h"
 
+#include <functional>
 #include <initializer_list>
 #include <string_view>
 #include <vector>
@@ -23,8 +24,17 @@ TClass FindClass(std::string_view name);
 // Takes `cls` out of the registry (under every name it has).
 void UnRegisterClass(TClass cls);
 void UnRegisterClasses(std::initializer_list<TClass> classes);
-// Takes out every registration that `module` made.
+// Takes out every registration that `module` made, after telling the module unload
+// procedures (when the module has any). Ancestors that classes still registered need
+// stay registered, under those classes' modules.
 void UnRegisterModuleClasses(HMODULE module);
+
+// Told a module's handle before its classes leave the registry (a designer closes the
+// forms built from them): while it runs, a class of the module still has Module() ==
+// the handle. Returns a number for RemoveModuleUnloadProc.
+using TModuleUnloadProc = std::function<void(HMODULE module)>;
+int AddModuleUnloadProc(TModuleUnloadProc proc);
+void RemoveModuleUnloadProc(int id);
 // The module that registered the class named `name`, or MainInstance.
 HMODULE FindClassHInstance(std::string_view name);
 // Every registered class, in the order of registration.

@@ -71,13 +71,6 @@ bool IdentToCursor(std::string_view ident, long& cursor) {
   return false;
 }
 
-namespace {
-// Cursor names are known from the start, as colour names are: the program's own windows
-// read them too, with or without the registered classes.
-struct RegisterCursorNames {
-  RegisterCursorNames() { RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent); }
-} gRegisterCursorNames;
-}  // namespace
 
 Qt::CursorShape CursorToQt(TCursor cursor) {
   switch (static_cast<int>(cursor)) {
@@ -1463,8 +1456,15 @@ TCustomForm* GetParentForm(TControl* control) {
   return dynamic_cast<TCustomForm*>(control);
 }
 
+namespace {
+// Cursor names are type information, known whether or not any class is registered:
+// the program's own layouts use them too.
+struct RegisterCursorNames {
+  RegisterCursorNames() { RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent); }
+} gRegisterCursorNames;
+}  // namespace
+
 void RegisterControlsClasses() {
-  RegisterIntegerConsts(TypeInfo<TCursor>(), &IdentToCursor, &CursorToIdent);
   RegisterClasses({TControl::StaticClass(), TWinControl::StaticClass(), TGraphicControl::StaticClass(),
                    TCustomControl::StaticClass(), TBasicAction::StaticClass()});
 }

@@ -4,7 +4,7 @@
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/SysUtils.h"
-#include "platform/vcl/ClassicDraw.h"
+#include "platform/vcl/ClassicFrame.h"
 #include "platform/vcl/VclClasses.h"
 
 #include <QApplication>
@@ -54,49 +54,6 @@ TFormLoadResult LoadFormFile(TCustomForm* form, std::string_view data) {
   return result;
 }
 
-namespace {
-
-// The classic caption buttons: minimise, maximise, close; a button the window does not
-// have beside one it has is drawn greyed.
-void DrawCaptionButton(QPainter& p, const QRect& r, int kind, bool enabled = true) {
-  QRect edge = r;
-  DrawRaisedEdge(p, edge);
-  p.fillRect(edge, ColorToQColor(clBtnFace));
-  if (!enabled) {
-    // Embossed: the glyph in white one pixel down and right, then in grey.
-    p.save();
-    p.translate(1, 1);
-    p.setPen(ColorToQColor(clBtnHighlight));
-    if (kind == 0) {
-      p.fillRect(QRect(r.left() + 4, r.bottom() - 4, 6, 2), ColorToQColor(clBtnHighlight));
-    } else {
-      p.drawRect(QRect(r.left() + 3, r.top() + 2, 8, 8));
-      p.drawLine(r.left() + 3, r.top() + 3, r.left() + 11, r.top() + 3);
-    }
-    p.restore();
-  }
-  const QColor glyph = ColorToQColor(enabled ? clBtnText : clGrayText);
-  p.setPen(glyph);
-  const int cx = r.center().x(), cy = r.center().y();
-  switch (kind) {
-    case 0:  // minimise: a bar at the bottom
-      p.fillRect(QRect(r.left() + 4, r.bottom() - 4, 6, 2), glyph);
-      break;
-    case 1:  // maximise: a window outline with a thick top
-      p.drawRect(QRect(r.left() + 3, r.top() + 2, 8, 8));
-      p.drawLine(r.left() + 3, r.top() + 3, r.left() + 11, r.top() + 3);
-      break;
-    default:  // close: a cross
-      for (int d = 0; d < 2; ++d) {
-        p.drawLine(cx - 3 + d, cy - 3, cx + 3 + d, cy + 3);
-        p.drawLine(cx - 3 + d, cy + 3, cx + 3 + d, cy - 3);
-      }
-      break;
-  }
-}
-
-}  // namespace
-
 QImage RenderForm(TCustomForm* form) {
   QWidget* window = form->Handle();
   if (!window) return {};
@@ -105,68 +62,14 @@ QImage RenderForm(TCustomForm* form) {
   QCursor::setPos(-1000, -1000);
   if (!wasVisible) form->Show();
   QApplication::processEvents();
-  const QPixmap inside = window->grab();
+  // Only what lies inside the frame: a window whose frame the program draws has it too.
+  const QPixmap inside = window->grab(QRect(form->WindowInsideOffset(), form->WindowInsideSize(window->size())));
   const int fw = form->FrameWidth();
   const int caption = form->CaptionHeight();
   QImage image(std::max(1, form->Width()), std::max(1, form->Height()), QImage::Format_RGB32);
   image.fill(ColorToQColor(clBtnFace));
   QPainter p(&image);
-  if (fw > 0) {
-    QRect frame(0, 0, image.width(), image.height());
-    DrawRaisedEdge(p, frame);
-  }
-  if (caption > 0) {
-    const QRect bar(fw, fw, image.width() - 2 * fw, caption - 1);
-    QLinearGradient gradient(bar.topLeft(), bar.topRight());
-    gradient.setColorAt(0, ColorToQColor(clActiveCaption));
-    gradient.setColorAt(1, ColorToQColor(clGradientActiveCaption));
-    p.fillRect(bar, gradient);
-    const bool small = caption < 19;
-    int textLeft = bar.left() + 3;
-    TIcon* icon = form->Icon();
-    const bool hasSystemMenu = form->BorderIcons().Contains(biSystemMenu) && form->BorderStyle() != bsDialog && !small;
-    if (hasSystemMenu) {
-      const int size = 16;
-      const QRect iconRect(bar.left() + 1, bar.top() + (bar.height() - size) / 2, size, size);
-      if (icon && !icon->Empty() && !icon->Image().isNull()) {
-        p.drawImage(iconRect, icon->Image());
-      } else {
-        // The default application icon: a small window.
-        p.fillRect(iconRect.adjusted(1, 2, -1, -2), Qt::white);
-        p.setPen(Qt::black);
-        p.drawRect(iconRect.adjusted(1, 2, -2, -3));
-        p.fillRect(QRect(iconRect.left() + 2, iconRect.top() + 3, iconRect.width() - 4, 2), ColorToQColor(clActiveCaption));
-      }
-      textLeft = iconRect.right() + 3;
-    }
-    // Buttons from the right: close, then maximise and minimise with a gap.
-    const int bw = small ? 12 : 16, bh = small ? 10 : 14;
-    int right = bar.right() - 1;
-    int buttonsLeft = right + 1;
-    if (form->BorderIcons().Contains(biSystemMenu)) {
-      QRect close(right - bw + 1, bar.top() + (bar.height() - bh) / 2, bw, bh);
-      DrawCaptionButton(p, close, 2);
-      buttonsLeft = close.left();
-      const bool minMax = !small && form->BorderStyle() != bsDialog &&
-                          (form->BorderIcons().Contains(biMinimize) || form->BorderIcons().Contains(biMaximize));
-      if (minMax) {
-        QRect max(close.left() - 2 - bw, close.top(), bw, bh);
-        QRect min(max.left() - bw, close.top(), bw, bh);
-        DrawCaptionButton(p, max, 1, form->BorderIcons().Contains(biMaximize) && form->BorderStyle() == bsSizeable);
-        DrawCaptionButton(p, min, 0, form->BorderIcons().Contains(biMinimize));
-        buttonsLeft = min.left();
-      }
-    }
-    TFontRequest request;
-    request.Name = "Tahoma";
-    request.Height = -11;
-    request.Bold = true;
-    TCaptionLayout layout;
-    layout.ShowAccelChar = false;
-    layout.VAlign = TTextVAlign::Center;
-    DrawCaption(p, QRect(textLeft, bar.top(), std::max(0, buttonsLeft - textLeft - 2), bar.height()), ResolveFont(request),
-                form->UnicodeText(), layout, ColorToQColor(clCaptionText));
-  }
+  DrawClassicFrame(p, form, image.size(), true);
   p.drawPixmap(fw, fw + caption, inside);
   p.end();
   if (!wasVisible) form->Hide();

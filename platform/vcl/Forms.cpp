@@ -5,6 +5,7 @@
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/ActnList.h"
 #include "platform/vcl/ApplicationInternal.h"
+#include "platform/vcl/ClassicFrame.h"
 #include "platform/vcl/ControlWidgets.h"
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/Keys.h"
@@ -53,13 +54,23 @@ public:
 protected:
   void closeEvent(QCloseEvent* e) override {
     e->ignore();
-    if (TCustomForm* f = FForm) Guard([f] { f->WindowCloseRequested(); });
+    TCustomForm* f = FForm;
+    if (!f) return;
+    // The window system's own close of a window whose frame the program draws is the
+    // close command of that frame's menu.
+    if (e->spontaneous() && f->ClassicFrame()) {
+      Guard([f] { f->Perform(WM_SYSCOMMAND, SC_CLOSE); });
+    } else {
+      Guard([f] { f->WindowCloseRequested(); });
+    }
   }
   void resizeEvent(QResizeEvent* e) override {
     QWidget::resizeEvent(e);
     if (TCustomForm* f = FForm) {
-      const int w = width();
-      const int h = height() - f->MenuHeight();
+      if (TClassicFrame* frame = ClassicFrameOf(f)) frame->setGeometry(rect());
+      const QSize inside = f->WindowInsideSize(size());
+      const int w = inside.width();
+      const int h = inside.height() - f->MenuHeight();
       Guard([f, w, h] { f->WindowResized(w, h); });
     }
   }
@@ -78,6 +89,9 @@ protected:
     if (e->type() == QEvent::ActivationChange) {
       const bool active = isActiveWindow();
       Guard([f, active] { f->WindowActivated(active); });
+    } else if (e->type() == QEvent::WindowStateChange) {
+      const TWindowState state = isMinimized() ? wsMinimized : isMaximized() ? wsMaximized : wsNormal;
+      Guard([f, state] { f->WindowStateChanged(state); });
     }
   }
 
@@ -299,6 +313,7 @@ TCustomForm::TCustomForm(TComponent* owner) : TScrollingWinControl(owner) {
     if (QWidget* w = Widget()) {
       w->setWindowIcon(FIcon->Empty() ? QIcon() : QIcon(QPixmap::fromImage(FIcon->Image())));
     }
+    if (TClassicFrame* frame = ClassicFrameOf(this)) frame->update();
   };
   FVisible = false;
   FColor = clBtnFace;
@@ -316,6 +331,7 @@ TCustomForm::~TCustomForm() {
   if (FModalLoop) FModalLoop->quit();
   Destroying();
   if (auto* fw = dynamic_cast<TFormWidget*>(Widget())) fw->Detach();
+  if (TClassicFrame* frame = ClassicFrameOf(this)) frame->Detach();
   DestroyComponents();
   if (gScreen) gScreen->RemoveForm(this);
   if (gApplication && gApplication->MainForm() == this) gApplication->SetMainForm(nullptr);
@@ -380,6 +396,45 @@ int TCustomForm::MenuHeight() const {
   return 0;
 }
 
+QPoint TCustomForm::WindowInsideOffset() const {
+  if (!FClassicFrame) return QPoint(0, 0);
+  const int fw = FrameWidth();
+  return QPoint(fw, fw + CaptionHeight());
+}
+
+QSize TCustomForm::WindowInsideSize(QSize windowSize) const {
+  if (!FClassicFrame) return windowSize;
+  const int fw = FrameWidth();
+  return QSize(std::max(0, windowSize.width() - 2 * fw), std::max(0, windowSize.height() - 2 * fw - CaptionHeight()));
+}
+
+void TCustomForm::SetClassicFrame(bool value) {
+  if (FClassicFrame == value) return;
+  FClassicFrame = value;
+  QWidget* window = Widget();
+  if (window) {
+    if (value) {
+      auto* frame = new TClassicFrame(this, window);
+      frame->setGeometry(window->rect());
+      frame->lower();
+      frame->show();
+    } else if (TClassicFrame* frame = ClassicFrameOf(this)) {
+      frame->Detach();
+      delete frame;
+    }
+  }
+  ApplyWindowFlags();
+  LayoutWindow();
+}
+
+void TCustomForm::WindowStateChanged(TWindowState state) {
+  // The window system minimised, maximised or restored the window.
+  if (state == FWindowState || !Widget() || !Widget()->isVisible()) return;
+  FWindowState = state;
+  if (TClassicFrame* frame = ClassicFrameOf(this)) frame->update();
+  if (state == wsNormal) LayoutWindow();
+}
+
 QSize TCustomForm::WindowClientSize() const {
   const int fw = FrameWidth();
   return QSize(std::max(0, FWidth - 2 * fw), std::max(0, FHeight - 2 * fw - CaptionHeight() - MenuHeight()));
@@ -409,21 +464,33 @@ void TCustomForm::SetFormClientHeight(int value) {
 void TCustomForm::LayoutWindow() {
   QWidget* window = Widget();
   if (!window || !FClient) return;
-  const QSize client = WindowClientSize();
   const int menu = MenuHeight();
+  const QPoint o = WindowInsideOffset();
   FResizingWindow = true;
+  QSize client = WindowClientSize();
+  if (FWindowState != wsNormal) {
+    // A maximised window keeps the size the window system gave it.
+    const QSize inside = WindowInsideSize(window->size());
+    client = QSize(inside.width(), std::max(0, inside.height() - menu));
+  }
   if (FMenuBar) {
-    FMenuBar->setGeometry(0, 0, client.width(), menu);
+    FMenuBar->setGeometry(o.x(), o.y(), client.width(), menu);
     FMenuBar->setVisible(menu > 0);
   }
-  FClient->setGeometry(0, menu, client.width(), client.height());
-  if (FWindowState == wsNormal) window->resize(client.width(), client.height() + menu);
+  FClient->setGeometry(o.x(), o.y() + menu, client.width(), client.height());
+  // With a drawn frame the window is the whole form; otherwise the system's frame is around it.
+  const QSize outer = FClassicFrame ? QSize(FWidth, FHeight) : QSize(client.width(), client.height() + menu);
+  if (FWindowState == wsNormal) window->resize(outer);
+  if (TClassicFrame* frame = ClassicFrameOf(this)) {
+    frame->setGeometry(window->rect());
+    frame->update();
+  }
   if (FBorderStyle != bsSizeable && FBorderStyle != bsSizeToolWin && FBorderStyle != bsNone) {
-    window->setFixedSize(client.width(), client.height() + menu);
+    window->setFixedSize(outer);
   } else {
     const TSizeLimits& l = FConstraints->Limits();
-    const int extraW = 2 * FrameWidth();
-    const int extraH = 2 * FrameWidth() + CaptionHeight();
+    const int extraW = FClassicFrame ? 0 : 2 * FrameWidth();
+    const int extraH = FClassicFrame ? 0 : 2 * FrameWidth() + CaptionHeight();
     window->setMinimumSize(l.MinWidth > 0 ? std::max(0, l.MinWidth - extraW) : 0,
                            l.MinHeight > 0 ? std::max(0, l.MinHeight - extraH) : 0);
     window->setMaximumSize(l.MaxWidth > 0 ? std::max(0, l.MaxWidth - extraW) : QWIDGETSIZE_MAX,
@@ -434,7 +501,7 @@ void TCustomForm::LayoutWindow() {
 
 void TCustomForm::UpdateWidgetGeometry() {
   LayoutWindow();
-  if (QWidget* w = Widget(); w && FPosition == poDesigned) w->move(FLeft, FTop);
+  if (QWidget* w = Widget(); w && (FPosition == poDesigned || Parent())) w->move(FLeft, FTop);
   for (int i = 0; i < ControlCount(); ++i) Controls(i)->UpdateWidgetGeometry();
 }
 
@@ -453,8 +520,9 @@ void TCustomForm::WindowResized(int clientWidth, int clientHeight) {
   FWidth = clientWidth + 2 * fw;
   FHeight = clientHeight + 2 * fw + CaptionHeight() + MenuHeight();
   FAnchoring = was;
-  if (FMenuBar) FMenuBar->setGeometry(0, 0, clientWidth, MenuHeight());
-  if (FClient) FClient->setGeometry(0, MenuHeight(), clientWidth, clientHeight);
+  const QPoint o = WindowInsideOffset();
+  if (FMenuBar) FMenuBar->setGeometry(o.x(), o.y(), clientWidth, MenuHeight());
+  if (FClient) FClient->setGeometry(o.x(), o.y() + MenuHeight(), clientWidth, clientHeight);
   Resize();
 }
 
@@ -465,7 +533,24 @@ void TCustomForm::Resize() {
 void TCustomForm::ApplyWindowFlags() {
   QWidget* w = Widget();
   if (!w) return;
+  // A form placed inside another control is a child of it, with no window of its own.
+  if (Parent()) {
+    if (w->isWindow()) w->setWindowFlags(Qt::Widget);
+    return;
+  }
   Qt::WindowFlags flags = Qt::Window;
+  if (FClassicFrame) {
+    // The program draws the frame, its buttons and its menu.
+    flags |= Qt::FramelessWindowHint;
+    if (FFormStyle == fsStayOnTop) flags |= Qt::WindowStaysOnTopHint;
+    if (TClassicFrame* frame = ClassicFrameOf(this)) frame->update();
+    if (w->windowFlags() != flags) {
+      const bool visible = w->isVisible();
+      w->setWindowFlags(flags);
+      if (visible) w->show();
+    }
+    return;
+  }
   switch (FBorderStyle) {
     case bsNone: flags |= Qt::FramelessWindowHint; break;
     case bsDialog: flags = Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint; break;
@@ -553,6 +638,7 @@ void TCustomForm::SetPixelsPerInch(int value) {
 
 void TCustomForm::UpdateWidgetText() {
   if (QWidget* w = Widget()) w->setWindowTitle(UnicodeText());
+  if (TClassicFrame* frame = ClassicFrameOf(this)) frame->update();
 }
 
 void TCustomForm::UpdateWidgetColors() {
@@ -571,6 +657,11 @@ void TCustomForm::UpdateWidgetVisibility() {
   if (!w) return;
   if (ComponentState().Contains(csLoading)) return;
   const bool show = FVisible;
+  if (Parent()) {
+    // Hidden explicitly too, so that showing its parent does not show it.
+    w->setVisible(show);
+    return;
+  }
   if (show == w->isVisible()) return;
   if (show) {
     if (!FShownOnce) ApplyPosition();
@@ -623,6 +714,7 @@ void TCustomForm::VisibleChanged() {
     return;
   }
   UpdateWidgetVisibility();
+  if (Parent() && (FAlign != alNone || !(FAnchors == TAnchors{akLeft, akTop}))) RequestAlign();
 }
 
 void TCustomForm::Show() {
@@ -637,6 +729,7 @@ void TCustomForm::BringToFront() {
   if (!w || !w->isVisible()) return;
   // Screens without windows to stack (the offscreen one) have nothing to raise.
   if (QGuiApplication::platformName() != QLatin1String("offscreen")) w->raise();
+  if (Parent()) return;  // part of another window, which is the one activated
   w->activateWindow();
   TScreen::Instance()->SetActiveForm(this);
 }
@@ -741,6 +834,9 @@ void TCustomForm::Dispatch(TMessage& message) {
       return;
     case WM_CLOSE:
       Close();
+      return;
+    case WM_SYSCOMMAND:
+      DefaultSysCommand(this, message.WParam);
       return;
     default: TScrollingWinControl::Dispatch(message);
   }

@@ -234,6 +234,15 @@ public:
   // The size of the window's inside: below the menu bar, border width included.
   QSize WindowClientSize() const;
 
+  // ---- A frame drawn by the program (ClassicFrame.h) instead of the window system's:
+  // the window is the whole form, its caption bar and system menu included.
+  bool ClassicFrame() const { return FClassicFrame; }
+  void SetClassicFrame(bool value);
+  // Where the menu bar and the client area begin in the window, and how large they are
+  // together in a window of `windowSize`: past the drawn frame, or the whole window.
+  QPoint WindowInsideOffset() const;
+  QSize WindowInsideSize(QSize windowSize) const;
+
   // ---- Showing and closing
   void Show();
   void Hide();
@@ -304,6 +313,8 @@ public:
   // The Qt window resized to this client size (by the user or the window manager).
   void WindowResized(int clientWidth, int clientHeight);
   void WindowActivated(bool active);
+  // The window system minimised, maximised or restored the window.
+  void WindowStateChanged(TWindowState state);
   void WindowShown(bool shown);
   // The Qt window was asked to close; the form decides.
   void WindowCloseRequested();
@@ -354,6 +365,7 @@ private:
   bool FShownOnce = false;
   bool FResizingWindow = false;
   bool FShowPending = false;
+  bool FClassicFrame = false;
   int FClientWidthRead = -1;
   int FClientHeightRead = -1;
   IDesigner* FDesigner = nullptr;

@@ -65,6 +65,15 @@ constexpr std::uint32_t WM_MOUSEWHEEL = 0x020A;
 constexpr std::uint32_t WM_MOUSELAST = 0x020A;
 constexpr std::uint32_t WM_USER = 0x0400;
 
+// Window commands (WM_SYSCOMMAND's wParam): the system menu's items and the frame's buttons.
+constexpr WPARAM SC_SIZE = 0xF000;
+constexpr WPARAM SC_MOVE = 0xF010;
+constexpr WPARAM SC_MINIMIZE = 0xF020;
+constexpr WPARAM SC_MAXIMIZE = 0xF030;
+constexpr WPARAM SC_CLOSE = 0xF060;
+constexpr WPARAM SC_KEYMENU = 0xF100;
+constexpr WPARAM SC_RESTORE = 0xF120;
+
 // Key data (lParam) bits of key messages.
 constexpr LPARAM KF_ALTDOWN_BIT = LPARAM(1) << 29;
 constexpr LPARAM KF_REPEAT_BIT = LPARAM(1) << 30;

@@ -5,6 +5,7 @@
 #include "platform/rtti/Writer.h"
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
+#include "platform/streaming/Values.h"
 #include "tests/support/Corpus.h"
 
 #include <gtest/gtest.h>
@@ -284,6 +285,59 @@ TEST_F(CompResTest, AssigningFormTextCompilesItWithOneEvent) {
   EXPECT_EQ(doc.Data(), ObjectTextToBinary(text.Text()));
 }
 
+// A stream whose values are stored in ways the text cannot tell apart from the usual
+// ones: a small integer in 16 bits, a float that reads as an integer, an empty wide string.
+std::string LooselyTypedStream() {
+  std::string out;
+  TValueWriter w(out);
+  w.WriteSignature();
+  w.WriteComponentHeader(0, -1, "TDocForm", "Form1");
+  w.WriteShortString("Left");
+  w.WriteValue(vaInt16);
+  w.WriteInt16Raw(5);
+  w.WriteShortString("Scale");
+  w.WriteExtended(1.0L);
+  w.WriteShortString("Caption");
+  w.WriteWideString(u"");
+  w.WriteShortString("Tag");
+  w.WriteValue(vaInt32);
+  w.WriteInt32Raw(7);
+  w.WriteListEnd();
+  w.WriteListEnd();
+  return out;
+}
+
+TEST_F(CompResTest, TextGivenBackUnchangedGivesTheSameStream) {
+  const std::string stream = LooselyTypedStream();
+  ASSERT_NE(ObjectTextToBinary(ObjectBinaryToText(stream)), stream);  // the text alone loses the types
+  TjoComponentResource doc(nullptr);
+  TStringStream s(stream);
+  ASSERT_TRUE(doc.LoadFromStream(s, false));
+  TStringList text;
+  doc.AssignTo(&text);
+  doc.Assign(&text);
+  EXPECT_EQ(doc.Data(), stream);
+}
+
+TEST_F(CompResTest, AnEditChangesOnlyItsOwnBytes) {
+  const std::string stream = LooselyTypedStream();
+  TjoComponentResource doc(nullptr);
+  TStringStream s(stream);
+  ASSERT_TRUE(doc.LoadFromStream(s, false));
+  TStringList text;
+  doc.AssignTo(&text);
+  const int tag = text.IndexOf("  Tag = 7");
+  ASSERT_GE(tag, 0);
+  text.SetStrings(tag, "  Tag = 8");
+  doc.Assign(&text);
+  std::string expected = stream;
+  // Tag was 32 bits and is written as the text writes a new value: 8 bits.
+  const std::size_t at = expected.find(std::string("\x03Tag", 4));
+  ASSERT_NE(at, std::string::npos);
+  expected.replace(at + 4, 5, std::string("\x02\x08", 2));
+  EXPECT_EQ(doc.Data(), expected);
+}
+
 TEST_F(CompResTest, TextThatDoesNotParseLeavesAnEmptyDocumentAndTheParserError) {
   TjoComponentResource doc(nullptr);
   TChangeCounter changes;
@@ -477,6 +531,23 @@ TEST_F(CompResTest, EveryBinaryFileOfTheCorpusLoadsAndGivesTheConvertersText) {
   }
   EXPECT_EQ(loaded, int(files.size()));
   EXPECT_EQ(changes.Count, loaded);
+}
+
+TEST_F(CompResTest, EveryBinaryFileComesBackByteForByteThroughItsText) {
+  LUMORA_REQUIRE_CORPUS();
+  std::vector<fs::path> files = CorpusFiles("bin");
+  for (const fs::path& p : CorpusFiles("pairs", ".bin.dfm")) files.push_back(p);
+  ASSERT_GT(files.size(), 2000u);
+  TjoComponentResource doc(nullptr);
+  TStringList list;
+  for (const fs::path& file : files) {
+    SCOPED_TRACE(file.string());
+    ASSERT_TRUE(doc.LoadFromFile(file.string()));
+    const std::string stream(doc.Data());
+    doc.AssignTo(&list);
+    doc.Assign(&list);
+    ASSERT_EQ(doc.Data(), stream);
+  }
 }
 
 TEST_F(CompResTest, EveryTextFileOfTheCorpusIsRefused) {

@@ -179,21 +179,23 @@ TEST_F(ReaderTest, TheRootIsTheComponentGivenAndTakesItsNameFromTheStream) {
   EXPECT_EQ(form->FCaption, "x");
 }
 
-TEST_F(ReaderTest, ASecondRootOfTheSameOwnerTakesTheNameWithANumber) {
+TEST_F(ReaderTest, ASecondRootOfTheSameNameBesideTheFirstIsNumbered) {
   TComponent owner(nullptr);
   auto* first = new TTestForm(&owner);
   auto* second = new TTestForm(&owner);
   auto* third = new TTestForm(&owner);
-  const std::string text = "object AboutBox: TTestForm\nend\n";
-  ReadComponentFromText(first, text);
-  ReadComponentFromText(second, text);
-  ReadComponentFromText(third, text);
-  EXPECT_EQ(first->Name(), "AboutBox");
-  EXPECT_EQ(second->Name(), "AboutBox_1");
-  EXPECT_EQ(third->Name(), "AboutBox_2");
-  // Reading again into the same root keeps its name.
-  ReadComponentFromText(first, text);
-  EXPECT_EQ(first->Name(), "AboutBox");
+  const std::string text = "object Form1: TTestForm\nend\n";
+  EXPECT_EQ(ReadCollecting(first, text), std::vector<std::string>{});
+  EXPECT_EQ(ReadCollecting(second, text), std::vector<std::string>{});
+  EXPECT_EQ(ReadCollecting(third, text), std::vector<std::string>{});
+  EXPECT_EQ(first->Name(), "Form1");
+  EXPECT_EQ(second->Name(), "Form1_1");
+  EXPECT_EQ(third->Name(), "Form1_2");
+  // Read again, a root keeps the name it has.
+  EXPECT_EQ(ReadCollecting(second, "object Form1_1: TTestForm\nend\n"), std::vector<std::string>{});
+  EXPECT_EQ(second->Name(), "Form1_1");
+  EXPECT_EQ(ReadCollecting(first, text), std::vector<std::string>{});
+  EXPECT_EQ(first->Name(), "Form1");
 }
 
 TEST_F(ReaderTest, WithoutARootTheStreamsClassIsCreated) {

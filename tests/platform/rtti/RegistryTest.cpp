@@ -135,3 +135,47 @@ TEST_F(RegistryTest, Aliases) {
   UnRegisterClass(TTestButton::StaticClass());
   EXPECT_EQ(GetClass("TOldButton"), nullptr);
 }
+
+TEST_F(RegistryTest, AnAncestorAnotherModuleStillNeedsStaysRegistered) {
+  const HMODULE first = 0x1000, second = 0x2000;
+  {
+    TModuleScope scope(first);
+    RegisterClass(TTestButton::StaticClass());  // and TTestControl, TComponent, TPersistent
+  }
+  {
+    TModuleScope scope(second);
+    RegisterClass(TTestForm::StaticClass());  // its ancestors are registered already
+  }
+  UnRegisterModuleClasses(first);
+  EXPECT_EQ(GetClass("TTestButton"), nullptr);
+  EXPECT_EQ(GetClass("TTestForm"), TTestForm::StaticClass());
+  EXPECT_EQ(GetClass("TTestControl"), TTestControl::StaticClass());
+  EXPECT_EQ(FindClassHInstance("TTestControl"), second);
+  EXPECT_EQ(FindClassHInstance("TComponent"), second);
+  UnRegisterModuleClasses(second);
+  EXPECT_TRUE(RegisteredClasses().empty());
+}
+
+TEST_F(RegistryTest, UnloadProceduresAreToldBeforeAModulesClassesLeave) {
+  const HMODULE package = 0x1234;
+  {
+    TModuleScope scope(package);
+    RegisterClass(TTestButton::StaticClass());
+  }
+  std::vector<std::string> told;
+  const int id = AddModuleUnloadProc([&](HMODULE m) {
+    told.push_back(std::to_string(m) + (GetClass("TTestButton") ? " registered" : " gone") + " " +
+                   std::to_string(TTestButton::StaticClass()->Module()));
+  });
+  UnRegisterModuleClasses(package);
+  // A module without registrations tells nobody.
+  UnRegisterModuleClasses(package);
+  UnRegisterModuleClasses(0x9999);
+  RemoveModuleUnloadProc(id);
+  {
+    TModuleScope scope(package);
+    RegisterClass(TTestButton::StaticClass());
+  }
+  UnRegisterModuleClasses(package);
+  EXPECT_EQ(told, std::vector<std::string>{"4660 registered 4660"});
+}

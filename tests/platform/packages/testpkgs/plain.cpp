@@ -1,0 +1,2 @@
+// A shared library that is not a package: it declares nothing.
+extern "C" int TpkPlainValue() { return 7; }
