@@ -2,11 +2,20 @@
 
 #include "foundation/ApEvent.h"
 #include "foundation/joArrs.h"
+#include "foundation/joIniFile.h"
 #include "foundation/joLayout.h"
+#include "liveform/F_PackCfg.h"
+#include "liveform/PackConfig.h"
+#include "liveform/joDesigner.h"
+#include "platform/streaming/ObjectText.h"
+#include "platform/streaming/Streams.h"
 #include "platform/vcl/Keys.h"
 #include "platform/vcl/MessageLoop.h"
 #include "resources/ResStrings.h"
+#include "shell/CompRes.h"
 #include "shell/F_WList.h"
+#include "textedit/DFM_ResEdit.h"
+#include "textedit/StrN_Edit.h"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -70,6 +79,64 @@ int ParamCount() { return static_cast<int>(Unit().Params.size()); }
 std::string ParamStr(int Index) {
   if (Index < 1 || Index > ParamCount()) return {};
   return Unit().Params[static_cast<std::size_t>(Index - 1)];
+}
+
+// ---- Documents ------------------------------------------------------------------------------
+
+namespace {
+void FreeDesigner(TjoDesigner* designer) {
+  if (!designer) return;
+  // The designer's callbacks reach a list that is changing now.
+  designer->OnLiveFormGone = nullptr;
+  designer->OnShowText = nullptr;
+  delete designer;
+}
+
+TSaveDialog*& SaveDialogSlot() {
+  static TSaveDialog* dialog = nullptr;
+  return dialog;
+}
+
+// Frees the shared save dialog at the end of the program.
+struct TSaveDialogEnd {
+  ~TSaveDialogEnd() {
+    delete SaveDialogSlot();
+    SaveDialogSlot() = nullptr;
+  }
+} gSaveDialogEnd;
+}  // namespace
+
+rItem::rItem(rItem&& Other) noexcept : Name(std::move(Other.Name)), Designer(Other.Designer) {
+  Other.Designer = nullptr;
+}
+
+rItem& rItem::operator=(rItem&& Other) noexcept {
+  if (this != &Other) {
+    FreeDesigner(Designer);
+    Name = std::move(Other.Name);
+    Designer = Other.Designer;
+    Other.Designer = nullptr;
+  }
+  return *this;
+}
+
+rItem::~rItem() { FreeDesigner(Designer); }
+
+TSaveDialog* TFrm_mLumora::SharedSaveDialog() {
+  TSaveDialog*& dialog = SaveDialogSlot();
+  if (!dialog) {
+    dialog = new TSaveDialog(nullptr);
+    dialog->SetFilter(std::string(ResStr::SSaveFilter));
+    dialog->SetOptions(TOpenOptions{ofOverwritePrompt, ofHideReadOnly, ofPathMustExist});
+    if (dialog->InitialDir().empty()) {
+      // The remembered name may be the start file's own.
+      std::string folder = SaveDialogFolder();
+      if (FileExistsNamed(folder)) folder = FolderOf(folder);
+      if (folder.empty()) folder = FolderOf(Application->ExeName());
+      dialog->SetInitialDir(folder);
+    }
+  }
+  return dialog;
 }
 
 // ---- Telling form files ---------------------------------------------------------------------
@@ -226,9 +293,18 @@ LUMORA_CLASS_IMPL(TFrm_mLumora) {
   c.Method<&TFrm_mLumora::mi_OptionsFormViewerClick>("mi_OptionsFormViewerClick");
   c.Method<&TFrm_mLumora::mi_OptionsPackagesClick>("mi_OptionsPackagesClick");
   c.Method<&TFrm_mLumora::mi_HelpHelpClick>("mi_HelpHelpClick");
+  c.Method<&TFrm_mLumora::mi_EditStringsClick>("mi_EditStringsClick");
 }
 
 TFrm_mLumora::TFrm_mLumora(TComponent* AOwner) : TSW_MainForm(AOwner, TDerived{}) {
+  // The options dialog's packages page is the packages dialog, from the layer above it.
+  SetPackagesPageFactory([](TComponent* owner, std::function<void()> onChange) -> TCustomForm* {
+    auto* page = new TFrm_PackCfg(owner);
+    page->OnChange = [onChange](TObject*) {
+      if (onChange) onChange();
+    };
+    return page;
+  });
   CreateMainForm();
   if (QWidget* w = Widget()) {
     FWindowFilter = new TWindowFilter(this);
@@ -248,6 +324,9 @@ TFrm_mLumora::~TFrm_mLumora() {
 
 void TFrm_mLumora::FormCreate(TObject*) {
   // Takes the place of the base main form's creation: this window makes its own store.
+  delete FDocuments;
+  FDocuments = new TjoArrNamedRecords(TypeInfoOf<rItem>("rItem"));
+  FEditor = nullptr;
   FEditorShown = false;
   FAppTitle = Caption();
   FOptionsChanged = false;
@@ -274,6 +353,9 @@ void TFrm_mLumora::FormCreate(TObject*) {
   FKeyClose = TextToShortCut("Esc");
   FKeyToggle = TextToShortCut("F12");
   FKeyOI = TextToShortCut("F11");
+  SetKeyClose(FKeyClose);
+  SetKeyToggle(FKeyToggle);
+  SetKeyOI(FKeyOI);
   ReadSettings();
   LoadFormSettings(FIni);
   HideEditor();
@@ -322,6 +404,7 @@ void TFrm_mLumora::ReadSettings() {
 
 void TFrm_mLumora::FormDestroy(TObject*) {
   CloseAll();
+  SavePackages(PackagesIniFileName(), PackagesSection());
   if (!FIni) return;
   try {
     WriteSettings();
@@ -339,6 +422,10 @@ void TFrm_mLumora::WriteSettings() {
   TjoIniFileSection* own = FIni->GetSection(Name());
   own->SaveProperty("", this, "Left");
   own->SaveProperty("", this, "Top");
+  if (FEditor) {
+    for (const char* path : {"TreeWidth", "FontEditor.Name", "FontEditor.Size", "FontEditor.CharSet"})
+      own->SaveProperty("Editor", FEditor, path);
+  }
   FIni->WriteValue(kSystemSetting, "ViewAsForm", Variant(FViewAsForm));
   FIni->WriteValue(kSystemSetting, "Only1VF", Variant(FOnly1VF));
   FIni->WriteValue(kSystemSetting, "StayOnTop", Variant(FStayOnTop));
@@ -354,23 +441,49 @@ void TFrm_mLumora::WriteSettings() {
 void TFrm_mLumora::FormActivate(TObject*) {}
 
 void TFrm_mLumora::FormClose(TObject*, TCloseAction& Action) {
+  if (!CloseEditorQuery()) {
+    Action = caNone;
+    return;
+  }
   CloseAll();
-  (void)Action;
 }
 
 void TFrm_mLumora::mi_ExitClick(TObject*) { Close(); }
 
-void TFrm_mLumora::mi_OpenAsFormClick(TObject*) {}
+void TFrm_mLumora::mi_OpenAsFormClick(TObject*) {
+  OpenDialog->SetOptions(OpenDialog->Options() + ofHideReadOnly);
+  OpenDialog->SetFileName("");
+  if (OpenDialog->Execute()) OpenAsForm(OpenDialog->FileName());
+}
 
-void TFrm_mLumora::mi_OpenAsTextClick(TObject*) {}
+void TFrm_mLumora::mi_OpenAsTextClick(TObject*) {
+  OpenDialog->SetFileName("");
+  TOpenOptions options = OpenDialog->Options();
+  if (FReadOnly) {
+    options += ofReadOnly;
+    options += ofHideReadOnly;
+  } else {
+    options -= ofReadOnly;
+    options -= ofHideReadOnly;
+  }
+  OpenDialog->SetOptions(options);
+  if (OpenDialog->Execute()) OpenAsText(OpenDialog->FileName(), OpenDialog->Options().Contains(ofReadOnly));
+}
 
-void TFrm_mLumora::mi_ViewAsFormClick(TObject*) {}
+void TFrm_mLumora::mi_ViewAsFormClick(TObject*) {
+  if (Screen->ActiveCustomForm() != this) return;
+  if (FEditorDesigner) ShowLiveForm(FEditorDesigner);
+}
 
-void TFrm_mLumora::mi_FileSaveAsClick(TObject*) {}
+void TFrm_mLumora::mi_FileSaveAsClick(TObject*) { SaveEditorIfNeeded(true); }
 
 void TFrm_mLumora::mi_FileCloseEditorClick(TObject*) {
   if (Screen->ActiveCustomForm() != this) return;
-  if (!EditorVisible()) Application->Minimize();
+  if (!EditorVisible()) {
+    Application->Minimize();
+    return;
+  }
+  CloseEditorQuery();
 }
 
 void TFrm_mLumora::mi_CloseAllClick(TObject*) {
@@ -396,7 +509,34 @@ void TFrm_mLumora::mi_HelpHelpClick(TObject*) { ShowNoHelpMessage(); }
 
 // ---- The two faces
 
-bool TFrm_mLumora::EditorVisible() const { return false; }
+bool TFrm_mLumora::EditorVisible() const { return FEditor && FEditor->Visible(); }
+
+TjoDFM_ResourceEditor* TFrm_mLumora::GetEditor() {
+  if (FEditor) return FEditor;
+  auto* editor = new TjoDFM_ResourceEditor(this);
+  editor->SetName("Editor");
+  editor->SetVisible(false);
+  editor->SetParent(this);
+  editor->SetAlign(alClient);
+  editor->SetReadOnly(false);
+  editor->SetTreeVisible(true);
+  editor->SetStatusBarVisible(true);
+  TPopupMenu* menu = editor->RichEdit()->Menu();
+  auto* line = new TMenuItem(menu);
+  line->SetCaption(cLineCaption);
+  menu->Items()->Add(line);
+  mi_EditStrings = new TMenuItem(menu);
+  mi_EditStrings->SetName("mi_EditStrings");
+  mi_EditStrings->SetCaption(std::string(ResStr::SEditStrings));
+  mi_EditStrings->OnClick = MakeMethod<&TFrm_mLumora::mi_EditStringsClick>(this);
+  menu->Items()->Add(mi_EditStrings);
+  // "Compile" hands the stream on to the document, so a live form follows the text.
+  FEditorCompile = editor->CompileItem()->OnClick;
+  editor->CompileItem()->OnClick = MakeMethod<&TFrm_mLumora::EditorCompileClick>(this);
+  if (FIni) FIni->LoadProperties(Name(), "Editor", editor);
+  FEditor = editor;
+  return FEditor;
+}
 
 void TFrm_mLumora::ApplyFaceLimits() {
   // The banner cannot be resized: its smallest and largest size are its size.
@@ -423,6 +563,10 @@ void TFrm_mLumora::ShowEditor(const std::string& FileName) {
   mi_FileSaveAs->SetEnabled(true);
   mi_ViewAsForm->SetEnabled(true);
   mi_FileCloseEditor->SetCaption(std::string(ResStr::SCloseEditor));
+  Label1->Hide();
+  Label2->Hide();
+  GetEditor()->Show();
+  SelectFirst();
   UpdateMenuEnabled(bmi_View);
 }
 
@@ -430,7 +574,11 @@ void TFrm_mLumora::HideEditor() {
   if (EditorVisible()) {
     FFormHeight = Height();
     FFormWidth = Width();
+    FEditor->Hide();
   }
+  DetachEditor();
+  Label1->Show();
+  Label2->Show();
   FCurrentFile.clear();
   if (WindowState() != wsNormal) SetWindowState(wsNormal);
   FEditorShown = false;
@@ -471,7 +619,9 @@ void TFrm_mLumora::UpdateMenuEnabled(TMenuItem* Menu) {
 
 void TFrm_mLumora::SetOnly1VF(bool Value) {
   FOnly1VF = Value;
-  if (Value) RefreshWindowMenu();
+  if (!Value) return;
+  while (FDocuments && FDocuments->Count() >= 2) DeleteDocument(0);
+  RefreshWindowMenu();
 }
 
 void TFrm_mLumora::SetStayOnTop(bool Value) {
@@ -482,15 +632,20 @@ void TFrm_mLumora::SetStayOnTop(bool Value) {
 
 void TFrm_mLumora::SetKeyClose(TShortCut Value) {
   mi_FileCloseEditor->SetShortCut(Value);
+  TjoDesigner::SetCloseShortCut(Value);
   FKeyClose = Value;
 }
 
 void TFrm_mLumora::SetKeyToggle(TShortCut Value) {
   mi_ViewAsForm->SetShortCut(Value);
+  TjoDesigner::SetViewTextShortCut(Value);
   FKeyToggle = Value;
 }
 
-void TFrm_mLumora::SetKeyOI(TShortCut Value) { FKeyOI = Value; }
+void TFrm_mLumora::SetKeyOI(TShortCut Value) {
+  TjoDesigner::SetShowInspectorShortCut(Value);
+  FKeyOI = Value;
+}
 
 // ---- Options
 
@@ -523,14 +678,303 @@ void TFrm_mLumora::ApplyOptionValues(const TjoOptionValues& Values) {
 void TFrm_mLumora::OpenByDefault(const std::string& FileName) {
   if (!FileExistsNamed(FileName)) return;
   if (!IsBinaryFormFile(FileName) && !IsTextFormFile(FileName)) return;
+  if (FViewAsForm)
+    OpenAsForm(FileName);
+  else
+    OpenAsText(FileName, FReadOnly);
 }
 
-void TFrm_mLumora::CloseAll() {}
+TjoDesigner* TFrm_mLumora::OpenDocument(const std::string& FileName) {
+  auto* record = static_cast<rItem*>(FDocuments->FindName(FileName, true));
+  // A file already open shows what is there; it is not read again.
+  if (record->Designer) return record->Designer;
+  auto* designer = new TjoDesigner();
+  try {
+    if (!IsBinaryFormFile(FileName) && IsTextFormFile(FileName)) {
+      // Form text is converted on opening; text that does not parse is the user's to know.
+      std::string binary;
+      try {
+        binary = ObjectTextToBinary(ReadFileToString(FileName));
+      } catch (const Exception& e) {
+        DeferError(FileName + ": " + e.Message());
+        throw;
+      }
+      TMemoryStream stream;
+      stream.WriteBuffer(binary);
+      stream.SetPosition(0);
+      designer->Document()->LoadFromStream(stream, false);
+    } else {
+      designer->Document()->LoadFromFile(FileName);
+    }
+    designer->SetMode(FVV_Style);
+    designer->Caption = FileName;
+    designer->OnLiveFormGone = [this](TjoDesigner* d) { OnDesignerClosed(d); };
+    designer->OnShowText = [this](TjoDesigner* d) { OnViewAsText(d); };
+  } catch (...) {
+    // Not a form file: nothing is shown; the empty record waits for a later open.
+    delete designer;
+    return nullptr;
+  }
+  // The record may have moved while the file was read.
+  record = static_cast<rItem*>(FDocuments->FindName(FileName, true));
+  record->Designer = designer;
+  return designer;
+}
+
+void TFrm_mLumora::OpenAsForm(const std::string& FileName) { ShowLiveForm(OpenDocument(FileName)); }
+
+void TFrm_mLumora::OpenAsText(const std::string& FileName, bool ReadOnly) {
+  TjoDesigner* designer = OpenDocument(FileName);
+  if (!designer) return;
+  if (!OnViewAsText(designer)) return;
+  FEditor->SetReadOnly(ReadOnly);
+  mi_EditStrings->SetEnabled(!ReadOnly);
+  FCurrentFile = FileName;
+}
+
+bool TFrm_mLumora::LiveFormVisible(TjoDesigner* Designer) {
+  return Designer && Designer->HostForm() && Designer->HostForm()->Visible();
+}
+
+int TFrm_mLumora::IndexOfDesigner(TjoDesigner* Designer) const {
+  if (!Designer || !FDocuments) return -1;
+  for (int i = 0; i < FDocuments->Count(); ++i)
+    if (static_cast<rItem*>(FDocuments->ItemPtr(i))->Designer == Designer) return i;
+  return -1;
+}
+
+int TFrm_mLumora::DocumentCount() const { return FDocuments ? FDocuments->Count() : 0; }
+
+std::string TFrm_mLumora::DocumentName(int Index) const {
+  return static_cast<rItem*>(FDocuments->ItemPtr(Index))->Name;
+}
+
+TjoDesigner* TFrm_mLumora::DocumentDesigner(int Index) const {
+  return static_cast<rItem*>(FDocuments->ItemPtr(Index))->Designer;
+}
+
+void TFrm_mLumora::DeleteDocument(int Index) {
+  auto* record = static_cast<rItem*>(FDocuments->ItemPtr(Index));
+  if (record->Designer && record->Designer == FEditorDesigner) {
+    FEditorDesigner = nullptr;
+    if (FEditor) FEditor->Clear();
+  }
+  FDocuments->Delete(Index);
+}
+
+void TFrm_mLumora::ShowLiveForm(TjoDesigner* Designer) {
+  if (Designer) {
+    if (FOnly1VF && FDocuments->Count() > 1 && DocumentDesigner(0) != Designer) DeleteDocument(0);
+    EnsurePackagesLoaded();
+    // A modified text is compiled first; when it does not parse the live form waits.
+    if (Designer == FEditorDesigner) CompileIntoDocument();
+    Designer->Show();
+  }
+  RefreshWindowMenu();
+}
+
+void TFrm_mLumora::CompileIntoDocument() {
+  if (!FEditor || !FEditorDesigner) return;
+  if (!FEditor->Compiled()) FEditor->Compile();
+  const std::string& stream = FEditor->SourceStream();
+  TjoComponentResource* document = FEditorDesigner->Document();
+  if (stream.empty() || document->Data() == std::string_view(stream)) return;
+  TMemoryStream data;
+  data.WriteBuffer(stream);
+  data.SetPosition(0);
+  document->LoadFromStream(data, false);
+}
+
+void TFrm_mLumora::EditorCompileClick(TObject* Sender) {
+  if (FEditorCompile) FEditorCompile(Sender);
+  CompileIntoDocument();
+}
+
+void TFrm_mLumora::AttachEditor(TjoDesigner* Designer) {
+  TjoDFM_ResourceEditor* editor = GetEditor();
+  TStringList lines;
+  Designer->Document()->AssignTo(&lines);
+  FEditorDesigner = Designer;
+  editor->LoadLines(&lines, Designer->Document()->Data());
+}
+
+void TFrm_mLumora::DetachEditor(TjoDesigner* Keep) {
+  TjoDesigner* designer = FEditorDesigner;
+  if (!designer) return;
+  FEditorDesigner = nullptr;
+  if (FEditor) FEditor->Clear();
+  // A document shown nowhere closes.
+  if (designer != Keep && !LiveFormVisible(designer)) {
+    const int index = IndexOfDesigner(designer);
+    if (index >= 0) DeleteDocument(index);
+  }
+  RefreshWindowMenu();
+}
+
+bool TFrm_mLumora::OnViewAsText(TjoDesigner* Designer) {
+  if (!SaveEditorIfNeeded(false)) return false;
+  DetachEditor(Designer);
+  const int index = IndexOfDesigner(Designer);
+  ShowEditor(index >= 0 ? DocumentName(index) : Designer->Caption);
+  AttachEditor(Designer);
+  FEditor->SetReadOnly(FReadOnly);
+  mi_EditStrings->SetEnabled(!FReadOnly);
+  if (Screen->ActiveCustomForm() != this) {
+    Show();
+    BringToFront();
+  }
+  return true;
+}
+
+void TFrm_mLumora::OnDesignerClosed(TjoDesigner* Designer) {
+  // The designer is still at work; its document closes once it is done.
+  PostMessage(this, WM_DOCUMENTCLOSED, 0, reinterpret_cast<LPARAM>(Designer));
+}
+
+bool TFrm_mLumora::CloseEditorQuery() {
+  bool answer = true;
+  if (EditorVisible() && FEditor->Modified()) {
+    Show();
+    BringToFront();
+    switch (MessageDlg(std::string(ResStr::SSaveChanges), mtConfirmation, mbYesNoCancel)) {
+      case mrYes: answer = SaveEditorText(FEditor, true); break;
+      case mrNo: answer = true; break;
+      default: answer = false; break;
+    }
+  }
+  if (answer) HideEditor();
+  return answer;
+}
+
+bool TFrm_mLumora::SaveEditorIfNeeded(bool Force) {
+  if (!EditorVisible()) return true;
+  return SaveEditorText(FEditor, Force);
+}
+
+bool TFrm_mLumora::SaveEditorText(TjoDFM_ResourceEditor* Editor, bool Force) {
+  if (!Editor) return false;
+  if (!Editor->Modified() && !Force) return true;
+  if (Editor->Modified()) {
+    try {
+      if (Editor == FEditor)
+        CompileIntoDocument();
+      else
+        Editor->Compile();
+    } catch (const Exception& e) {
+      // The caret is on the line the parser names; the user learns why.
+      DeferError(e.Message());
+      return false;
+    }
+    if (!Force) {
+      if (TCustomForm* form = GetParentForm(Editor)) {
+        form->Show();
+        form->BringToFront();
+      }
+      switch (MessageDlg(std::string(ResStr::SSaveChanges), mtConfirmation, mbYesNoCancel)) {
+        case mrYes: break;
+        case mrNo: return true;
+        default: return false;
+      }
+    }
+  }
+  TSaveDialog* dialog = SharedSaveDialog();
+  if (!dialog->Execute()) return false;
+  const std::string fileName = dialog->FileName();
+  dialog->SetInitialDir(FolderOf(fileName));
+  bool result = true;
+  TjoRichEdit* rich = Editor->RichEdit();
+  switch (dialog->FilterIndex()) {
+    case 1: result = Editor->SaveToResourceFile(fileName); break;
+    case 2: break;  // offered, but there is nothing that writes it
+    case 4: {
+      const bool plain = rich->PlainText();
+      rich->SetPlainText(false);
+      try {
+        WriteFileAtomically(fileName, rich->RichText());
+      } catch (...) {
+        rich->SetPlainText(plain);
+        throw;
+      }
+      rich->SetPlainText(plain);
+      break;
+    }
+    default: WriteFileAtomically(fileName, rich->Text()); break;
+  }
+  if (result) Editor->SetModified(false);
+  return result;
+}
+
+void TFrm_mLumora::mi_EditStringsClick(TObject*) {
+  if (!FEditor) return;
+  TjoRichEdit* rich = FEditor->RichEdit();
+  const int caret = rich->SelStart();
+  TStringList list;
+  bool changed = false;
+  try {
+    if (FEditor->CollectStrings(&list) > 0) {
+      const bool confirmed = TFrm_StrN_Edit::Execute(
+          std::string(ResStr::SStringsResources), &list,
+          [&](TObject*, int row, const std::string& value) {
+            if (row < 0 || row >= list.Count()) return;
+            list.SetStrings(row, value);
+            changed = true;
+          },
+          [&](TObject*, int row) {
+            if (row < 0 || row >= list.Count()) return;
+            rich->HighlightLine(static_cast<int>(reinterpret_cast<std::intptr_t>(list.Objects(row))));
+          });
+      if (confirmed && changed) FEditor->ApplyStrings(&list);
+    }
+  } catch (...) {
+    rich->HighlightLine(-1);
+    rich->SetSelStart(caret);
+    throw;
+  }
+  rich->HighlightLine(-1);
+  rich->SetSelStart(caret);
+}
+
+void TFrm_mLumora::CloseAll() {
+  if (!FDocuments) return;
+  while (FDocuments->Count() > 0) DeleteDocument(FDocuments->Count() - 1);
+}
 
 // ---- Window list
 
 void TFrm_mLumora::RefreshWindowMenu() {
   int n = 0;
+  for (int i = 0; FDocuments && i < FDocuments->Count(); ++i) {
+    TjoDesigner* designer = DocumentDesigner(i);
+    if (!LiveFormVisible(designer)) continue;
+    TMenuItem* item;
+    if (n < bmi_WinList->Count()) {
+      item = bmi_WinList->Items(n);
+    } else {
+      item = new TMenuItem(this);
+      bmi_WinList->Add(item);
+    }
+    const std::string digit(1, n < 10 ? char('0' + n) : char('A' + n - 10));
+    item->SetCaption(Format(ResStr::SWindowMenuItem, digit, DocumentName(i), ResStr::SWindowMenuSeparator,
+                            designer->HostForm()->Caption()));
+    item->OnClick = MakeMethod<&TFrm_mLumora::WindowMenuItemClick>(this);
+    item->SetTag(i);
+    ++n;
+  }
+  if (n > 0) {
+    auto itemAt = [&](int index) {
+      if (index < bmi_WinList->Count()) return bmi_WinList->Items(index);
+      auto* item = new TMenuItem(this);
+      bmi_WinList->Add(item);
+      return item;
+    };
+    TMenuItem* line = itemAt(n);
+    line->SetCaption(cLineCaption);
+    line->OnClick = nullptr;
+    TMenuItem* closeAll = itemAt(n + 1);
+    closeAll->SetCaption(std::string(ResStr::SCloseAll));
+    closeAll->OnClick = MakeMethod<&TFrm_mLumora::mi_CloseAllClick>(this);
+    n += 2;
+  }
   while (bmi_WinList->Count() > n) {
     TMenuItem* item = bmi_WinList->Items(bmi_WinList->Count() - 1);
     bmi_WinList->Delete(bmi_WinList->Count() - 1);
@@ -541,17 +985,32 @@ void TFrm_mLumora::RefreshWindowMenu() {
   UpdateMenuEnabled(bmi_View);
 }
 
+void TFrm_mLumora::WindowMenuItemClick(TObject* Sender) {
+  auto* item = dynamic_cast<TMenuItem*>(Sender);
+  if (!item || item->Tag() < 0 || item->Tag() >= DocumentCount()) return;
+  if (TjoDesigner* designer = DocumentDesigner(item->Tag())) designer->Show();
+}
+
 void TFrm_mLumora::ShowWindowList() {
   if (!FWinListIdle) return;
   FWinListIdle = false;
   TStringList list;
   list.Add(std::string(ResStr::SMainWindowLine));
-  const int selected = Screen->ActiveCustomForm() == this ? 0 : -1;
+  int selected = Screen->ActiveCustomForm() == this ? 0 : -1;
+  for (int i = 0; i < DocumentCount(); ++i) {
+    TjoDesigner* designer = DocumentDesigner(i);
+    if (!LiveFormVisible(designer)) continue;
+    list.AddObject(DocumentName(i), reinterpret_cast<TObject*>(designer));
+    if (Screen->ActiveCustomForm() == designer->HostForm()) selected = list.Count() - 1;
+  }
   try {
     const int chosen = ShowWindowListDialog(std::string(ResStr::SWindowListCaption), &list, selected);
     if (chosen == 0) {
       Show();
       BringToFront();
+    } else if (chosen > 0) {
+      auto* designer = reinterpret_cast<TjoDesigner*>(list.Objects(chosen));
+      if (IndexOfDesigner(designer) >= 0) designer->Show();
     }
   } catch (...) {
     FWinListIdle = true;
@@ -575,6 +1034,15 @@ void TFrm_mLumora::Dispatch(TMessage& Message) {
     }
     case WM_ACTIVATEVIEWER: ActivateViewer(); Message.Result = 1; return;
     case WM_SHOWWINDOWLIST: Message.Result = 1; ShowWindowList(); return;
+    case WM_DOCUMENTCLOSED: {
+      Message.Result = 1;
+      auto* designer = reinterpret_cast<TjoDesigner*>(Message.LParam);
+      const int index = IndexOfDesigner(designer);
+      // A designer whose text is in the editor keeps its document.
+      if (index >= 0 && designer != FEditorDesigner && !LiveFormVisible(designer)) DeleteDocument(index);
+      RefreshWindowMenu();
+      return;
+    }
     case WM_SYSCOMMAND: SysCommand(Message); return;
     default: TSW_MainForm::Dispatch(Message);
   }

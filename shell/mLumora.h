@@ -16,6 +16,20 @@
 #include <vector>
 
 class TjoArrNamedRecords;
+class TjoDesigner;
+class TjoDFM_ResourceEditor;
+
+// One open document: the file name as passed to the open step, and its designer, which
+// the record frees (closing the document's live form).
+struct rItem {
+  std::string Name;
+  TjoDesigner* Designer = nullptr;
+
+  rItem() = default;
+  rItem(rItem&& Other) noexcept;
+  rItem& operator=(rItem&& Other) noexcept;
+  ~rItem();
+};
 
 // Private messages; other programs may send them, so their numbers are fixed.
 // To the relay window: one piece of a file name; to the main window: open PendingFileName.
@@ -24,6 +38,9 @@ constexpr std::uint32_t WM_PENDINGFILE = 9426;
 constexpr std::uint32_t WM_ACTIVATEVIEWER = 9427;
 // To the main window: show the window list dialog.
 constexpr std::uint32_t WM_SHOWWINDOWLIST = 100;
+// Within the program: a live form has gone; its document closes unless its text is shown
+// (lParam: the designer). Posted, since the designer is still at work when it tells.
+constexpr std::uint32_t WM_DOCUMENTCLOSED = WM_USER + 0x51;
 
 // The size of the banner.
 constexpr int kBannerWidth = 270;
@@ -97,6 +114,8 @@ public:
   TMenuItem* bmi_WinList = nullptr;
   TMenuItem* N2_1 = nullptr;
   TMenuItem* CloseeAll = nullptr;
+  // Added to the editor's menu when the editor is made.
+  TMenuItem* mi_EditStrings = nullptr;
 
   // ---- Settings and state
   bool FViewAsForm = true;
@@ -117,6 +136,7 @@ public:
   int FFormHeight = 480;
   bool FEditorShown = false;
   TjoArrNamedRecords* FDocuments = nullptr;
+  TjoDFM_ResourceEditor* FEditor = nullptr;
 
   // ---- Handlers bound by the layout
   void FormCreate(TObject* Sender);
@@ -135,8 +155,11 @@ public:
   void mi_OptionsFormViewerClick(TObject* Sender);
   void mi_OptionsPackagesClick(TObject* Sender);
   void mi_HelpHelpClick(TObject* Sender);
+  void mi_EditStringsClick(TObject* Sender);
 
   // ---- The two faces
+  // The one form-text editor, made on first call.
+  TjoDFM_ResourceEditor* GetEditor();
   bool EditorVisible() const;
   void ShowEditor(const std::string& FileName);
   void HideEditor();
@@ -154,7 +177,31 @@ public:
   // The road of the command line, a drop and the relay: opens a form file the default way;
   // anything else is passed over without a message.
   void OpenByDefault(const std::string& FileName);
+  // Finds or makes the document of the file; none when the file is no form file (the
+  // record stays, empty). A form text file is converted on opening.
+  TjoDesigner* OpenDocument(const std::string& FileName);
+  void OpenAsForm(const std::string& FileName);
+  void OpenAsText(const std::string& FileName, bool ReadOnly);
+  void ShowLiveForm(TjoDesigner* Designer);
+  // The text of the designer's document into the editor; false when the user cancelled
+  // the question about the text shown before.
+  bool OnViewAsText(TjoDesigner* Designer);
+  // The designer's live form has gone.
+  void OnDesignerClosed(TjoDesigner* Designer);
+  // Leaves the editor after asking about unsaved changes; false when the user cancelled.
+  bool CloseEditorQuery();
+  bool SaveEditorIfNeeded(bool Force);
+  // The save routine of Save As and of the close question.
+  bool SaveEditorText(TjoDFM_ResourceEditor* Editor, bool Force);
   void CloseAll();
+  // The designer whose text the editor shows, or none.
+  TjoDesigner* EditorDesigner() const { return FEditorDesigner; }
+  // The documents, oldest first.
+  int DocumentCount() const;
+  std::string DocumentName(int Index) const;
+  TjoDesigner* DocumentDesigner(int Index) const;
+  // The program-wide save dialog, made on first use.
+  static TSaveDialog* SharedSaveDialog();
 
   // ---- Window list
   void RefreshWindowMenu();
@@ -186,8 +233,24 @@ private:
   void SysCommand(TMessage& Message);
   void ActivateViewer();
 
+  // Deletes a document: frees its designer and closes its live form.
+  void DeleteDocument(int Index);
+  int IndexOfDesigner(TjoDesigner* Designer) const;
+  static bool LiveFormVisible(TjoDesigner* Designer);
+  // The editor's text into the designer's document (compiled first when it needs it).
+  void AttachEditor(TjoDesigner* Designer);
+  // The editor forgets its document, which closes unless its live form shows.
+  void DetachEditor(TjoDesigner* Keep = nullptr);
+  // Compiles a text that needs it and hands the stream to the document the editor shows;
+  // raises when the text does not parse.
+  void CompileIntoDocument();
+  void EditorCompileClick(TObject* Sender);
+  void WindowMenuItemClick(TObject* Sender);
+
   TFixForm_1245al67_9* FRelayWindow = nullptr;
   TWindowFilter* FWindowFilter = nullptr;
+  TjoDesigner* FEditorDesigner = nullptr;
+  TNotifyEvent FEditorCompile;
 };
 
 // Whether the file's content is a binary form file: a resource header for RCDATA given by
