@@ -766,6 +766,11 @@ void TFrm_mLumora::ShowLiveForm(TjoDesigner* Designer) {
   if (Designer) {
     if (FOnly1VF && FDocuments->Count() > 1 && DocumentDesigner(0) != Designer) DeleteDocument(0);
     EnsurePackagesLoaded();
+    // A message about the packages may have let the user close the document meanwhile.
+    if (IndexOfDesigner(Designer) < 0) {
+      RefreshWindowMenu();
+      return;
+    }
     // A modified text is compiled first; when it does not parse the live form waits.
     if (Designer == FEditorDesigner) CompileIntoDocument();
     Designer->Show();

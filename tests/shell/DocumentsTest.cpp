@@ -529,3 +529,26 @@ TEST_F(DocumentsTest, ARealFormOpensBothWaysAndCloses) {
   }
   EXPECT_EQ(opened, 12);
 }
+
+TEST_F(DocumentsTest, ClosingTheProgramWhileAPackageCannotBeLoadedLeavesNothingHalfOpen) {
+  // The package list names a package that is not there: loading it puts a message up.
+  lumora::test::WriteBytes(dir / "known-packages", std::string(dir / "dclstd.so") + "\n");
+  Start();
+  bool closedMeanwhile = false;
+  SetUserQuestionHook([&](const TUserQuestion&) {
+    // The user ends the program while the message shows.
+    if (!closedMeanwhile) form->Close();
+    closedMeanwhile = true;
+    return int(mrOk);
+  });
+  OpenAsFormFromMenu(Binary("a.dfm"));
+  RunFor(30);
+  EXPECT_TRUE(closedMeanwhile);
+  EXPECT_EQ(form->DocumentCount(), 0);
+  // No live form came up for the document that was closed.
+  int liveForms = 0;
+  for (int i = 0; i < Screen->CustomFormCount(); ++i)
+    if (dynamic_cast<TfixFormFFF*>(Screen->CustomForms(i))) ++liveForms;
+  EXPECT_EQ(liveForms, 0);
+  EXPECT_TRUE(WindowMenu().empty());
+}
