@@ -8,7 +8,9 @@
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/Keys.h"
 #include "shell/Entry.h"
+#include "liveform/joDesigner.h"
 #include "shell/mLumora.h"
+#include "textedit/DFM_ResEdit.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -149,6 +151,69 @@ void RelayScenario() {
   ExitByMenu();
 }
 
+// The file of the command line as text: edited, compiled, saved in three kinds (the names
+// are the scenario's argument with .dfm, .txt and .rtf), shown as a live form and back,
+// the editor's tree and font changed, the editor left with Esc.
+void TextSessionScenario() {
+  auto editor = [] { return Main()->FEditor; };
+  gScript.When([] { return ProgramIdle() && Main()->FEditorShown; }, [editor] {
+    Say("editor-shown " + Main()->FCurrentFile);
+    Say("read-only " + std::to_string(editor()->ReadOnly()));
+    Say("line0 " + editor()->RichEdit()->Lines()->Strings(0));
+  });
+  gScript.Then([editor] {
+    // Caret to the end of the caption line, a word typed there, then "Compile".
+    TjoRichEdit* rich = editor()->RichEdit();
+    for (int i = 0; i < rich->Lines()->Count(); ++i) {
+      if (rich->Lines()->Strings(i).find("Caption = '") == std::string::npos) continue;
+      rich->SetSelStart(rich->LineIndex(i) + rich->LineLength(i) - 1);
+      break;
+    }
+    rich->Widget()->setFocus();
+    QTest::keyClicks(rich->Widget(), " edited");
+    editor()->CompileItem()->Click();
+    Say("modified " + std::to_string(editor()->Modified()));
+  });
+  auto saveAs = [](const std::string& suffix, int entry) {
+    gScript.Then([suffix, entry] {
+      const std::string name = gArgs.at(0) + suffix;
+      SetFileDialogHook([name, entry](TOpenDialog& d) {
+        d.SetFileName(name);
+        d.SetFilterIndex(entry);
+        return true;
+      });
+      Activate(Main());
+      Main()->mi_FileSaveAs->Click();
+      SetFileDialogHook(nullptr);
+      Say("saved" + suffix);
+    });
+  };
+  saveAs(".dfm", 1);
+  saveAs(".txt", 3);
+  saveAs(".rtf", 4);
+  gScript.Then([] {
+    Activate(Main());
+    QTest::keyClick(Main()->Widget(), Qt::Key_F12);
+  });
+  gScript.When([] { return Main()->EditorDesigner() && Main()->EditorDesigner()->HostForm(); }, [] {
+    TfixFormFFF* live = Main()->EditorDesigner()->HostForm();
+    Say("live-form " + live->Caption());
+    // F12 on the live form: back to its text.
+    Activate(live);
+    QTest::keyClick(live->Widget(), Qt::Key_F12);
+    Say("window-list " + Main()->bmi_WinList->Items(0)->Caption());
+  });
+  gScript.Then([editor] {
+    editor()->SetTreeWidth(210);
+    editor()->FontEditor()->SetSize(12);
+    Activate(Main());
+    QTest::keyClick(Main()->Widget(), Qt::Key_Escape);
+    Say("banner " + std::to_string(!Main()->FEditorShown) + " " + std::to_string(Main()->Width()) + "x" +
+        std::to_string(Main()->Height()));
+  });
+  ExitByMenu();
+}
+
 const std::map<std::string, std::function<void()>>& Scenarios() {
   static const std::map<std::string, std::function<void()>> scenarios = {
       {"banner", BannerScenario},
@@ -156,6 +221,7 @@ const std::map<std::string, std::function<void()>>& Scenarios() {
       {"settings-leave", SettingsLeaveScenario},
       {"settings-report", SettingsReportScenario},
       {"relay", RelayScenario},
+      {"text-session", TextSessionScenario},
   };
   return scenarios;
 }

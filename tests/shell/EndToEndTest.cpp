@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <thread>
 
@@ -127,4 +128,50 @@ TEST_F(EndToEndTest, TheRelayWithoutARunningLumoraSaysSo) {
   ASSERT_TRUE(sender.waitForFinished(30000));
   EXPECT_EQ(sender.exitCode(), 1);
   EXPECT_EQ(sender.readAllStandardError().toStdString(), "lumora: No Lumora is running to take the file\n");
+}
+
+TEST_F(EndToEndTest, AFormOpenedAsTextIsEditedSavedInThreeKindsViewedAsFormAndLeft) {
+  // A form of the user's, as form text; the program opens files as text and writable.
+  lumora::test::WriteBytes(dir / "form.dfm", "object Form1: TForm\n  Caption = 'Plain'\n  ClientHeight = 90\n"
+                                             "  ClientWidth = 160\nend\n");
+  lumora::test::WriteBytes(dir / "lumora.ini", "[SystemSetting]\nViewAsForm=0\nReadOnly=0\n");
+  // No design packages to load: the form needs none.
+  lumora::test::WriteBytes(dir / "known-packages", "");
+  const std::string out = dir / "out";
+  const TRun r = Run("text-session", {QString::fromStdString(dir / "form.dfm")}, {QString::fromStdString(out)});
+  ASSERT_EQ(r.Status, 0) << r.Err;
+  EXPECT_EQ(r.Value("editor-shown"), dir / "form.dfm");
+  EXPECT_EQ(r.Value("read-only"), "0");
+  EXPECT_EQ(r.Value("line0"), "object Form1: TForm");
+  EXPECT_EQ(r.Value("modified"), "1");
+  EXPECT_EQ(r.Value("live-form"), "Plain edited");
+  EXPECT_EQ(r.Value("window-list"), "&0  " + std::string(dir / "form.dfm") + "  \xC2\xA4 Plain edited");
+  EXPECT_EQ(r.Value("banner"), "1 270x90");
+  EXPECT_EQ(r.Value("question"), "<no question>");
+  EXPECT_TRUE(r.Has("exit 0"));
+  // The three files, each of its kind; the user's own file is untouched.
+  std::ifstream dfm(out + ".dfm", std::ios::binary);
+  std::stringstream bytes;
+  bytes << dfm.rdbuf();
+  EXPECT_EQ(bytes.str().substr(0, 2), "\xFF\x0A");
+  EXPECT_NE(bytes.str().find("TPF0"), std::string::npos);
+  EXPECT_NE(bytes.str().find("Plain edited"), std::string::npos);
+  std::ifstream txt(out + ".txt", std::ios::binary);
+  std::stringstream text;
+  text << txt.rdbuf();
+  EXPECT_EQ(text.str().substr(0, 21), "object Form1: TForm\r\n");
+  std::ifstream rtf(out + ".rtf", std::ios::binary);
+  std::stringstream rich;
+  rich << rtf.rdbuf();
+  EXPECT_EQ(rich.str().substr(0, 5), "{\\rtf");
+  std::ifstream original(dir / "form.dfm");
+  std::stringstream kept;
+  kept << original.rdbuf();
+  EXPECT_EQ(kept.str().find("edited"), std::string::npos);
+  // The editor's tree width and font size are kept for the next run.
+  std::ifstream ini(dir / "lumora.ini");
+  std::stringstream settings;
+  settings << ini.rdbuf();
+  EXPECT_NE(settings.str().find("Editor.TreeWidth=210"), std::string::npos) << settings.str();
+  EXPECT_NE(settings.str().find("Editor.FontEditor.Size=12"), std::string::npos) << settings.str();
 }
