@@ -7,6 +7,8 @@
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "textedit/DFM_ResEdit.h"
+#include "textedit/StrN_Edit.h"
+#include "textedit/joGrids.h"
 #include "tests/support/Corpus.h"
 
 #include <QAction>
@@ -551,4 +553,69 @@ TEST_F(DocumentsTest, ClosingTheProgramWhileAPackageCannotBeLoadedLeavesNothingH
     if (dynamic_cast<TfixFormFFF*>(Screen->CustomForms(i))) ++liveForms;
   EXPECT_EQ(liveForms, 0);
   EXPECT_TRUE(WindowMenu().empty());
+}
+
+TEST_F(DocumentsTest, EditStringsChangesTheTextsOfTheFormAndMarksTheirLines) {
+  Start();
+  form->FReadOnly = false;
+  OpenAsTextFromMenu(Binary("a.dfm"), false);
+  TjoRichEdit* rich = Editor()->RichEdit();
+  rich->SetSelStart(5);
+  std::vector<std::string> rows;
+  std::string caption;
+  int marked = -2;
+  When([] { return TFrm_StrN_Edit::Instance() && TFrm_StrN_Edit::Instance()->Visible(); }, [&] {
+    TFrm_StrN_Edit* d = TFrm_StrN_Edit::Instance();
+    caption = d->Caption();
+    for (int i = 0; i < d->Grid->RowCount(); ++i) rows.push_back(d->Grid->Cells(0, i));
+    marked = rich->HighlightedLine();
+    // The second text, the button's caption, typed anew.
+    QWidget* grid = d->Grid->Widget();
+    grid->setFocus();
+    QTest::keyClick(grid, Qt::Key_Down);
+    QTest::keyClick(grid, Qt::Key_F2);
+    QWidget* edit = QApplication::focusWidget();
+    QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(edit, "Stop");
+    QTest::keyClick(edit, Qt::Key_Return);
+    QTest::mouseClick(d->BtnOk->Widget(), Qt::LeftButton);
+  });
+  form->mi_EditStrings->Click();
+  QApplication::processEvents();
+  EXPECT_EQ(caption, "Strings resources");
+  EXPECT_EQ(rows, (std::vector<std::string>{"First form", "Go"}));
+  EXPECT_EQ(marked, 3);
+  EXPECT_EQ(rich->Lines()->Strings(11), "    Caption = 'Stop'");
+  EXPECT_TRUE(Editor()->Modified());
+  // The caret is where it was and no line stays marked.
+  EXPECT_EQ(rich->SelStart(), 5);
+  EXPECT_EQ(rich->HighlightedLine(), -1);
+}
+
+TEST_F(DocumentsTest, TheWindowListFromALiveFormPreselectsItAndBringsTheChosenOne) {
+  Start();
+  OpenAsFormFromMenu(Binary("a.dfm", FormText("FormA", "A")));
+  OpenAsFormFromMenu(Binary("b.dfm", FormText("FormB", "B")));
+  TfixFormFFF* liveA = form->DocumentDesigner(0)->HostForm();
+  TfixFormFFF* liveB = form->DocumentDesigner(1)->HostForm();
+  liveA->Hide();
+  QApplication::setActiveWindow(liveB->Widget());
+  QApplication::processEvents();
+  std::vector<std::string> lines;
+  int preselected = -2;
+  When([] { return WindowListDialog() != nullptr; }, [&] {
+    TFrm_WindowList* d = WindowListDialog();
+    for (int i = 0; i < d->LB_List->Items()->Count(); ++i) lines.push_back(d->LB_List->Items()->Strings(i));
+    preselected = d->LB_List->ItemIndex();
+    // The main window's line, then OK.
+    QTest::keyClick(d->LB_List->Widget(), Qt::Key_Home);
+    QTest::mouseClick(d->BtnOk->Widget(), Qt::LeftButton);
+  });
+  // Alt+0 from the live form: every window of the program takes it.
+  QTest::keyClick(liveB->Widget(), Qt::Key_0, Qt::AltModifier);
+  RunFor(40);
+  // A hidden live form is not listed.
+  EXPECT_EQ(lines, (std::vector<std::string>{"Main Window", dir / "b.dfm"}));
+  EXPECT_EQ(preselected, 1);
+  EXPECT_EQ(Screen->ActiveCustomForm(), form);
 }
