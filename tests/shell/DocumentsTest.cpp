@@ -620,3 +620,23 @@ TEST_F(DocumentsTest, TheWindowListFromALiveFormPreselectsItAndBringsTheChosenOn
   EXPECT_EQ(preselected, 1);
   EXPECT_EQ(Screen->ActiveCustomForm(), form);
 }
+
+TEST_F(DocumentsTest, AFormTextFileDroppedOnTheBannerOpensAsALiveForm) {
+  Start();
+  const std::string path = TextFile("dropped.dfm", FormText("Dropped", "From a drop"));
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path)), QUrl::fromLocalFile("/forms/b.dfm")});
+  QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(form->Widget(), &enter);
+  QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(form->Widget(), &drop);
+  EXPECT_EQ(StartFileName(), path);
+  RunFor(80);
+  ASSERT_EQ(form->DocumentCount(), 1);
+  EXPECT_EQ(form->DocumentName(0), path);
+  ASSERT_NE(form->DocumentDesigner(0)->HostForm(), nullptr);
+  EXPECT_TRUE(form->DocumentDesigner(0)->HostForm()->Visible());
+  EXPECT_EQ(form->DocumentDesigner(0)->HostForm()->Caption(), "From a drop");
+  // The save dialog will start where the dropped file is.
+  EXPECT_EQ(TFrm_mLumora::SharedSaveDialog()->InitialDir(), dir.Path().string());
+}
