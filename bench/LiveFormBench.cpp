@@ -4,6 +4,7 @@
 // and a generated form of 2,000 controls. Runs on the offscreen platform.
 
 #include "foundation/ApEvent.h"
+#include "liveform/PackConfig.h"
 #include "liveform/joDesigner.h"
 #include "liveform/joObjInspector.h"
 #include "platform/streaming/ObjectText.h"
@@ -252,6 +253,9 @@ int main(int argc, char** argv) {
   TQtApplication app(argc, argv);
   Application->Initialize();
   RegisterVclClasses();
+  // The controls are registered above; the package list is not read.
+  Loader()->Add("dclstd.so", false);
+  Loader()->SetDirty(false);
   benchmark::Initialize(&argc, argv);
   Inputs();
   benchmark::RunSpecifiedBenchmarks();

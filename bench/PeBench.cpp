@@ -8,6 +8,7 @@
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/PeImage.h"
 #include "platform/streaming/ResHeader.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/Values.h"
 #include "tests/support/PeBuilder.h"
@@ -93,7 +94,7 @@ const TProgram& Program() {
     }
     p.Bytes = lumora::test::BuildPeImage(resources).Bytes;
     p.Path = (fs::temp_directory_path() / ("lumora-pe-bench-" + std::to_string(::getpid()) + ".exe")).string();
-    WriteFileAtomically(p.Path, p.Bytes);
+    SaveFile(p.Path, p.Bytes);
     return p;
   }();
   return program;

@@ -1,14 +1,13 @@
 #include "foundation/IniFiles.h"
 
-#include <cerrno>
+#include "platform/streaming/SaveFile.h"
+
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -170,31 +169,10 @@ void Save(const std::string& fileName, const TDocument& doc) {
     bytes += l.End;
   }
 
-  std::string temp = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
-  int fd = ::mkstemp(temp.data());
-  if (fd < 0) WriteFailed(fileName, std::strerror(errno));
-  std::string reason;
-  const char* p = bytes.data();
-  std::size_t left = bytes.size();
-  while (left > 0 && reason.empty()) {
-    ssize_t n = ::write(fd, p, left);
-    if (n < 0) {
-      if (errno == EINTR) continue;
-      reason = std::strerror(errno);
-    } else {
-      p += n;
-      left -= std::size_t(n);
-    }
-  }
-  struct stat st {};
-  mode_t mode = exists && ::stat(target.c_str(), &st) == 0 ? (st.st_mode & 07777) : 0644;
-  if (reason.empty() && ::fchmod(fd, mode) != 0) reason = std::strerror(errno);
-  if (reason.empty() && ::fsync(fd) != 0) reason = std::strerror(errno);
-  if (::close(fd) != 0 && reason.empty()) reason = std::strerror(errno);
-  if (reason.empty() && ::rename(temp.c_str(), target.c_str()) != 0) reason = std::strerror(errno);
-  if (!reason.empty()) {
-    ::unlink(temp.c_str());
-    WriteFailed(fileName, reason);
+  try {
+    SaveFile(target.string(), bytes);
+  } catch (const ESaveError& e) {
+    WriteFailed(fileName, e.Reason());
   }
 }
 

@@ -1,5 +1,6 @@
 #include "liveform/joDesigner.h"
 
+#include "liveform/PackConfig.h"
 #include "liveform/joObjInspector.h"
 #include "platform/vcl/ClassicFrame.h"
 #include "platform/vcl/Keys.h"
@@ -7,6 +8,7 @@
 #include "platform/vcl/SystemMenu.h"
 #include "resources/ResStrings.h"
 #include "shell/CompRes.h"
+#include "textedit/DFM_ResEdit.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -52,6 +54,33 @@ void RewriteShortCutText(WPARAM Command, TShortCut Key) {
 }
 
 bool InList(TfixFormFFF* Form) { return std::find(ActiveList.begin(), ActiveList.end(), Form) != ActiveList.end(); }
+
+// Hears when the designer's text editor is destroyed (the designer is no component).
+class TjoEditorLink : public TComponent {
+public:
+  TjoEditorLink(std::function<void()> Gone) : TComponent(nullptr), FGone(std::move(Gone)) {}
+  void Notification(TComponent* Component, TOperation Operation) override {
+    TComponent::Notification(Component, Operation);
+    if (Operation == opRemove && Component == FWatched) {
+      FWatched = nullptr;
+      FGone();
+    }
+  }
+  void Watch(TComponent* Component) {
+    if (FWatched) RemoveFreeNotification(FWatched);
+    FWatched = Component;
+    if (Component) FreeNotification(Component);
+  }
+
+private:
+  std::function<void()> FGone;
+  TComponent* FWatched = nullptr;
+};
+
+bool TextIsEmpty(TjoDFM_ResourceEditor* Editor) {
+  TStrings* lines = Editor->RichEdit()->Lines();
+  return lines->Count() == 0 || (lines->Count() == 1 && lines->Strings(0).empty());
+}
 
 }  // namespace
 
@@ -213,10 +242,17 @@ void TfixFormFFF::Deactivate() {
 
 LUMORA_CLASS_IMPL(TjoDesigner) {}
 
-TjoDesigner::TjoDesigner() { AllDesigners.push_back(this); }
+TjoDesigner::TjoDesigner() {
+  static const int unloadHook = AddModuleUnloadProc([](HMODULE Module) { PackageUnloading(Module); });
+  (void)unloadHook;
+  AllDesigners.push_back(this);
+}
 
 TjoDesigner::~TjoDesigner() {
   if (TheActiveDesigner == this) TheActiveDesigner = nullptr;
+  delete FEditorLink;
+  FEditorLink = nullptr;
+  FTextEditor = nullptr;
   if (FInspector) {
     TFrm_DFM_OI* inspector = FInspector;
     FInspector = nullptr;
@@ -249,6 +285,8 @@ TjoComponentResource* TjoDesigner::Document() {
 
 TfixFormFFF* TjoDesigner::Form() {
   if (!FForm) {
+    // Every class a form can name comes from the loaded packages.
+    EnsurePackagesLoaded();
     FForm = new TfixFormFFF(Application);
     FForm->FLiveDesigner = this;
     NeedsReload = true;
@@ -274,11 +312,26 @@ TfixFormFFF* TjoDesigner::Form() {
 
 void TjoDesigner::DocumentChanged(TObject*) {
   NeedsReload = true;
+  if (FTextEditor) LoadTextEditor();
   if (FInspector && !FInspector->IsEmpty()) FInspector->Assign(FDocument);
   if (FForm && FForm->Showing()) Form();
 }
 
 void TjoDesigner::Show() {
+  if (FTextEditor && FTextEditor->Modified()) {
+    // A parser error leaves here: the live form is not shown while the text has errors.
+    FTextEditor->Compile();
+    TMemoryStream compiled(FTextEditor->SourceStream());
+    if (compiled.Size() > 0) {
+      Document()->LoadFromStream(compiled, false);
+    } else {
+      TStringList text;
+      FTextEditor->GetLines(&text);
+      Document()->Assign(&text);
+    }
+    if (FTextEditor) FTextEditor->SetModified(false);
+    if (FInspector) FInspector->Assign(FDocument);
+  }
   TfixFormFFF* form = Form();
   if (form->WindowState() == wsMinimized) form->SetWindowState(wsNormal);
   form->Show();
@@ -319,8 +372,57 @@ void TjoDesigner::Repaint() {
   NeedsRepaint = false;
 }
 
+void TjoDesigner::SetTextEditor(TjoDFM_ResourceEditor* Value) {
+  if (FTextEditor == Value) return;
+  FTextEditor = Value;
+  if (!FEditorLink) FEditorLink = new TjoEditorLink([this] { TextEditorGone(); });
+  static_cast<TjoEditorLink*>(FEditorLink)->Watch(Value);
+  if (FTextEditor) LoadTextEditor();
+}
+
+void TjoDesigner::LoadTextEditor() {
+  TStringList text;
+  Document()->AssignTo(&text);
+  FTextEditor->LoadLines(&text, Document()->Data());
+  FTextEditor->SetText(Caption);
+}
+
+void TjoDesigner::TextEditorGone() { FTextEditor = nullptr; }
+
 void TjoDesigner::ShowText() {
-  if (OnShowText) OnShowText(this);
+  if (FTextEditor && TextIsEmpty(FTextEditor)) {
+    LoadTextEditor();
+  } else if (!FTextEditor && OnShowText) {
+    OnShowText(this);
+  }
+  if (!FTextEditor) return;
+  FTextEditor->SetVisible(true);
+  if (TCustomForm* window = GetParentForm(FTextEditor)) {
+    window->Show();
+    window->BringToFront();
+  }
+}
+
+bool TjoDesigner::UsesModule(HMODULE Module) const {
+  if (!FForm) return false;
+  std::function<bool(const TComponent*)> uses = [&](const TComponent* Owner) {
+    for (int i = 0; i < Owner->ComponentCount(); ++i) {
+      const TComponent* c = Owner->Components(i);
+      if (c->ClassType()->Module() == Module || uses(c)) return true;
+    }
+    return false;
+  };
+  return uses(FForm);
+}
+
+void TjoDesigner::PackageUnloading(HMODULE Module) {
+  // The classes' code goes with the package: the forms built from them go before.
+  // (A designer told of its lost form may go too: the list is taken first.)
+  const std::vector<TjoDesigner*> designers = AllDesigners;
+  for (TjoDesigner* designer : designers) {
+    const bool alive = std::find(AllDesigners.begin(), AllDesigners.end(), designer) != AllDesigners.end();
+    if (alive && designer->UsesModule(Module)) delete designer->FForm;
+  }
 }
 
 void TjoDesigner::ShowInspector() {

@@ -15,6 +15,7 @@
 
 class TjoComponentResource;
 class TjoDesigner;
+class TjoDFM_ResourceEditor;
 class TFrm_DFM_OI;
 
 LUMORA_EVENT(TjoDesignerEvent, void(TjoDesigner* Sender))
@@ -82,6 +83,11 @@ public:
   bool InspectorWanted = false;
   // Called to make the text view when F12 is used and none exists.
   TjoDesignerEvent OnShowText;
+  // The "as Text" view of the same document, or none; the designer does not own it (and
+  // forgets it when it is destroyed). An editor attached is filled with the document's
+  // text, and the caption goes to its status bar.
+  TjoDFM_ResourceEditor* TextEditor() const { return FTextEditor; }
+  void SetTextEditor(TjoDFM_ResourceEditor* Value);
   // Raised after the host form was destroyed and detached from the designer.
   TjoDesignerEvent OnLiveFormGone;
   // Two more notifications of the same shape, raised by their virtual operations.
@@ -104,7 +110,9 @@ public:
   TFrm_DFM_OI* Inspector() const { return FInspector; }
 
   // ---- Commands
-  // Shows the live form (after compiling a modified text view; nothing when that fails).
+  // Shows the live form. A modified text view is compiled first and its stream becomes
+  // the document's; when it does not compile, the parser's error is raised and nothing
+  // is shown.
   void Show();
   // F12: the text view of the document.
   void ShowText();
@@ -166,7 +174,15 @@ private:
   // Enters the host form in the list of forms whose clicks are watched.
   void WatchClicks();
 
+  // Every live form built with a class of a package that is being unloaded closes first.
+  static void PackageUnloading(HMODULE Module);
+  bool UsesModule(HMODULE Module) const;
+  void TextEditorGone();
+  void LoadTextEditor();
+
   std::uint8_t FMode = jdmLiveForm;
+  TjoDFM_ResourceEditor* FTextEditor = nullptr;
+  TComponent* FEditorLink = nullptr;
   TjoComponentResource* FDocument = nullptr;
   TFrm_DFM_OI* FInspector = nullptr;
   TfixFormFFF* FForm = nullptr;

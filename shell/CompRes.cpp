@@ -3,7 +3,9 @@
 #include "foundation/ApEvent.h"
 #include "platform/rtti/ClassBuilder.h"
 #include "platform/rtti/Writer.h"
+#include "platform/streaming/FormFile.h"
 #include "platform/streaming/ObjectText.h"
+#include "platform/streaming/RtlConsts.h"
 
 #include <filesystem>
 
@@ -79,20 +81,30 @@ bool TjoComponentResource::LoadFromFile(const std::string& FileName) {
   std::error_code ec;
   if (FileName.empty() || !std::filesystem::exists(FileName, ec) || std::filesystem::is_directory(FileName, ec))
     return false;
-  TFileStream stream(FileName, fmOpenRead);
-  return LoadFromStream(stream, true);
+  TFormFile file = TFormFile::Read(FileName);
+  const bool wasEmpty = IsEmpty();
+  NeedData().Clear();
+  // Only a binary form file with its resource header is taken; form text comes in
+  // through Assign.
+  if (!file.HasResourceHeader()) throw EInvalidImage(RtlConsts::SInvalidImage);
+  return TakeStream(file.Stream(), wasEmpty);
 }
 
 bool TjoComponentResource::LoadFromStream(TStream& Stream, bool HasHeader) {
   const bool wasEmpty = IsEmpty();
+  NeedData().Clear();
+  if (HasHeader) Stream.ReadResHeader();
+  return TakeStream(Stream.ReadRest(), wasEmpty);
+}
+
+bool TjoComponentResource::TakeStream(std::string_view Stream, bool WasEmpty) {
   TMemoryStream& data = NeedData();
   data.Clear();
-  if (HasHeader) Stream.ReadResHeader();
-  data.WriteBuffer(Stream.ReadRest());
+  data.WriteBuffer(Stream);
   data.SetPosition(0);
   const bool ok = data.Size() >= 4 && data.View().substr(0, 4) == "TPF0";
   if (!ok) data.Clear();
-  if (!(wasEmpty && IsEmpty())) Changed();
+  if (!(WasEmpty && IsEmpty())) Changed();
   return ok;
 }
 

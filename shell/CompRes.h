@@ -61,6 +61,9 @@ protected:
 
 private:
   TMemoryStream& NeedData();
+  // Takes `Stream` as the content when it starts with "TPF0" (else empties it) and
+  // raises OnChange unless the document was and stays empty.
+  bool TakeStream(std::string_view Stream, bool WasEmpty);
 
   std::unique_ptr<TMemoryStream> FData;
   bool FUpdating = false;

@@ -8,6 +8,7 @@
 #include "liveform/PackConfig.h"
 #include "liveform/joDesigner.h"
 #include "platform/streaming/ObjectText.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/Streams.h"
 #include "platform/vcl/Keys.h"
 #include "platform/vcl/MessageLoop.h"
@@ -895,7 +896,7 @@ bool TFrm_mLumora::SaveEditorText(TjoDFM_ResourceEditor* Editor, bool Force) {
       const bool plain = rich->PlainText();
       rich->SetPlainText(false);
       try {
-        WriteFileAtomically(fileName, rich->RichText());
+        SaveFile(fileName, rich->RichText());
       } catch (...) {
         rich->SetPlainText(plain);
         throw;
@@ -903,7 +904,7 @@ bool TFrm_mLumora::SaveEditorText(TjoDFM_ResourceEditor* Editor, bool Force) {
       rich->SetPlainText(plain);
       break;
     }
-    default: WriteFileAtomically(fileName, rich->Text()); break;
+    default: SaveFile(fileName, rich->Text()); break;
   }
   if (result) Editor->SetModified(false);
   return result;

@@ -5,6 +5,7 @@
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/RtlConsts.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/MessageLoop.h"
@@ -414,6 +415,8 @@ void TjoDFM_ResourceEditor::SetTreeVisible(bool Value) {
         FTree->OnChange = MakeMethod<&TjoDFM_ResourceEditor::TreeChange>(this);
         RebuildTree();
       }
+      // The tree takes its place at the left first, then the splitter goes right of it.
+      FTree->SetVisible(true);
       if (!FSplitter) {
         FSplitter = new TSplitter(this);
         FSplitter->SetName("Splitter");
@@ -423,7 +426,6 @@ void TjoDFM_ResourceEditor::SetTreeVisible(bool Value) {
         FSplitter->SetAlign(alLeft);
         FSplitter->SetBeveled(false);
       }
-      FTree->SetVisible(true);
     } else {
       FTreeWidth = FTree->Width();
       delete FSplitter;
@@ -533,6 +535,10 @@ void TjoDFM_ResourceEditor::ShowCursorPos(TObject*, int Line, int Col) {
 
 void TjoDFM_ResourceEditor::CompileClick(TObject*) { Compile(); }
 
+std::string TjoDFM_ResourceEditor::TextToBinary(const std::string& Text) const {
+  return FSourceStream.empty() ? ObjectTextToBinary(Text) : ObjectTextToBinary(Text, FSourceStream);
+}
+
 bool TjoDFM_ResourceEditor::Compile() {
   if (FCompiled) return true;
   int ErrorLine = -1;
@@ -545,8 +551,7 @@ bool TjoDFM_ResourceEditor::Compile() {
   try {
     std::string Binary;
     try {
-      const std::string Text = TextBytes();
-      Binary = FSourceStream.empty() ? ObjectTextToBinary(Text) : ObjectTextToBinary(Text, FSourceStream);
+      Binary = TextToBinary(TextBytes());
     } catch (const Exception& E) {
       const std::string& Message = E.Message();
       const std::size_t At = Message.find("line ");
@@ -578,11 +583,10 @@ bool TjoDFM_ResourceEditor::Compile() {
 bool TjoDFM_ResourceEditor::SaveToResourceFile(const std::string& FileName) {
   try {
     if (!Compile()) return false;
-    const std::string Text = TextBytes();
-    const std::string Binary = FSourceStream.empty() ? ObjectTextToBinary(Text) : ObjectTextToBinary(Text, FSourceStream);
+    const std::string Binary = TextToBinary(TextBytes());
     std::string File = MakeResHeader(StreamRootClassName(Binary), static_cast<std::uint32_t>(Binary.size()));
     File += Binary;
-    WriteFileAtomically(FileName, File);
+    SaveFile(FileName, File);
     return true;
   } catch (const Exception& E) {
     DeferError(E.Message());

@@ -157,6 +157,11 @@ public:
   void SetText(const std::string& Value) override;
   TNotifyEvent OnChange;
 
+protected:
+  // The step of Compile and SaveToResourceFile that turns the text (in the font's code
+  // page) into a binary form stream, keeping the bytes of the stream the text came from.
+  virtual std::string TextToBinary(const std::string& Text) const;
+
 private:
   void BeginUIUpdate();
   void EndUIUpdate();

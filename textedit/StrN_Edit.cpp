@@ -47,6 +47,8 @@ void TFrm_StrN_Edit::FormCreate(TObject*) {
   Grid->SetScrollBars(ssBoth);
   Grid->OnSelectCell = MakeMethod<&TFrm_StrN_Edit::Grid_SelectCell>(this);
   Grid->OnChangeCell = MakeMethod<&TFrm_StrN_Edit::GridChangeCell>(this);
+  // The form has its size already: the column fills the grid from the start.
+  FormResize(this);
 }
 
 void TFrm_StrN_Edit::FormResize(TObject*) {

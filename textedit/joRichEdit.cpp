@@ -1,6 +1,7 @@
 #include "textedit/joRichEdit.h"
 
 #include "platform/rtti/ClassBuilder.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/Charsets.h"
@@ -11,6 +12,8 @@
 
 #include <Qsci/qsciscintillabase.h>
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QContextMenuEvent>
 #include <QDialog>
 #include <QMenuBar>
@@ -108,6 +111,8 @@ private:
 // that moved them has been handled (the component itself reports them only when it paints).
 
 class TjoScintillaView : public QsciScintillaBase {
+  // A class name of its own, so that the accessibility factory below is the one asked.
+  Q_OBJECT
 public:
   explicit TjoScintillaView(TjoRichEdit* Owner) : FOwner(Owner) {}
   // The control stops using the view before the component goes (a widget going away
@@ -151,6 +156,19 @@ private:
   }
   TjoRichEdit* FOwner;
 };
+
+namespace {
+
+// The component's accessibility layer counts the caret's place in characters from the
+// start of the text on every caret move and every paint, which makes a large form slow
+// to type in; the view is offered to assistive tools as a plain editable-text widget.
+QAccessibleInterface* ViewAccessible(const QString& ClassName, QObject* Object) {
+  if (ClassName != QLatin1String("TjoScintillaView")) return nullptr;
+  auto* W = qobject_cast<QWidget*>(Object);
+  return W ? new QAccessibleWidget(W, QAccessible::EditableText) : nullptr;
+}
+
+}  // namespace
 
 // ---------------------------------------------------------------------------------------
 // The lines: one per line of the document. A line end after the last line starts no line
@@ -222,13 +240,8 @@ public:
     TStrings::Assign(Source);
   }
 
-  void SaveToStream(TStream& Stream) const override {
-    if (FEdit->PlainText()) {
-      Stream.WriteBuffer(GetTextStr());
-    } else {
-      Stream.WriteBuffer(FEdit->RichText());
-    }
-  }
+  void SaveToStream(TStream& Stream) const override { Stream.WriteBuffer(Saved()); }
+  void SaveToFile(const std::string& FileName) const override { SaveFile(FileName, Saved()); }
 
 protected:
   std::string Get(int Index) const override {
@@ -260,6 +273,9 @@ protected:
   }
 
 private:
+  // What saving writes: plain text, or rich text while PlainText is false.
+  std::string Saved() const { return FEdit->PlainText() ? GetTextStr() : FEdit->RichText(); }
+
   TjoRichEdit* FEdit;
 };
 
@@ -297,19 +313,27 @@ TjoRichEdit::TjoRichEdit(TComponent* AOwner) : TWinControl(AOwner) {
   FParentColor = false;
   FColor = clWindow;
   FCharset = FFont->Charset();
+  static const bool Installed = [] {
+    QAccessible::installFactory(ViewAccessible);
+    return true;
+  }();
+  (void)Installed;
   FDocument = new QsciScintillaBase();
   FDocument->setObjectName(QStringLiteral("TjoRichEditDocument"));
   ConfigureView(FDocument);
   QObject::connect(FDocument, &QsciScintillaBase::SCN_MODIFIED, FDocument,
                    [this](int, int Type, const char*, int, int, int, int, int, int, int) {
-                     if (Type & (QSci::SC_MOD_INSERTTEXT | QSci::SC_MOD_DELETETEXT)) Guard([this] { DocumentChanged(); });
+                     if (Type & (QSci::SC_MOD_BEFOREINSERT | QSci::SC_MOD_BEFOREDELETE)) FChangePending = true;
                    });
   FLines = new TjoRichEditStrings(this);
   CreateMenu();
 }
 
 TjoRichEdit::~TjoRichEdit() {
-  if (FView) FView->Detach();
+  if (FView) {
+    FView->Detach();
+    FView = nullptr;
+  }
   DestroyWidget();
   QObject::disconnect(FDocument, nullptr, nullptr, nullptr);
   delete FLines;
@@ -332,8 +356,13 @@ void TjoRichEdit::ConfigureView(QsciScintillaBase* View) const {
   View->SendScintilla(QSci::SCI_SETCODEPAGE, static_cast<unsigned long>(QSci::SC_CP_UTF8));
   View->SendScintilla(QSci::SCI_SETEOLMODE, static_cast<unsigned long>(QSci::SC_EOL_LF));
   View->SendScintilla(QSci::SCI_SETPASTECONVERTENDINGS, 1UL);
+  // Changes are heard before they are made, and reported once the operation that made
+  // them is over (CheckSelection). The component's own report after a change also tells
+  // its accessibility layer the change's place in characters from the start of the text,
+  // counted afresh each time: a keystroke at the end of a large form would cost tens of
+  // milliseconds.
   View->SendScintilla(QSci::SCI_SETMODEVENTMASK,
-                      static_cast<unsigned long>(QSci::SC_MOD_INSERTTEXT | QSci::SC_MOD_DELETETEXT));
+                      static_cast<unsigned long>(QSci::SC_MOD_BEFOREINSERT | QSci::SC_MOD_BEFOREDELETE));
   View->SendScintilla(QSci::SCI_SETLEXER, static_cast<unsigned long>(QSci::SCLEX_CONTAINER));
   View->SendScintilla(QSci::SCI_USEPOPUP, static_cast<unsigned long>(QSci::SC_POPUP_NEVER));
   for (unsigned long Margin = 0; Margin < 5; ++Margin) View->SendScintilla(QSci::SCI_SETMARGINWIDTHN, Margin, 0L);
@@ -549,7 +578,7 @@ void TjoRichEdit::ReplaceRange(int Start, int End, std::string_view Utf8) {
   {
     TWritable Writable(S);
     S->SendScintilla(QSci::SCI_SETTARGETRANGE, static_cast<unsigned long>(Start), static_cast<long>(End));
-    S->SendScintilla(QSci::SCI_REPLACETARGET, static_cast<uintptr_t>(Utf8.size()), Utf8.data());
+    S->SendScintilla(QSci::SCI_REPLACETARGET, static_cast<uintptr_t>(Utf8.size()), Utf8.empty() ? "" : Utf8.data());
   }
   CheckSelection();
 }
@@ -624,7 +653,14 @@ void TjoRichEdit::SetSelection(int Start, int Length) {
 std::string TjoRichEdit::SelText() const {
   const int Start = SelStart();
   const std::string_view Doc = DocumentText();
-  return FromDocument(Doc.substr(static_cast<std::size_t>(Start), static_cast<std::size_t>(SelLength())));
+  const std::string Bytes =
+      FromDocument(Doc.substr(static_cast<std::size_t>(Start), static_cast<std::size_t>(SelLength())));
+  std::string Out;
+  for (const char C : Bytes) {
+    if (C == '\n') Out += '\r';
+    Out += C;
+  }
+  return Out;
 }
 
 void TjoRichEdit::SetSelText(const std::string& Value) {
@@ -667,14 +703,16 @@ int TjoRichEdit::FindText(const std::string& Text, int StartPos, int Length, TSe
   if (Text.empty() || Length <= 0) return -1;
   const int TextLen = GetTextLen();
   const int Start = std::clamp(StartPos, 0, TextLen);
-  int End = TextLen;
-  if (static_cast<long long>(Length) < static_cast<long long>(TextLen) - Start) {
-    // Characters are at least one byte each: only a shorter reach needs counting.
-    const long Relative = Sci()->SendScintilla(QSci::SCI_POSITIONRELATIVE, static_cast<unsigned long>(Start),
-                                                static_cast<long>(Length));
-    if (Relative > 0) End = static_cast<int>(Relative);
-  }
-  return FindInDocument(ToDocument(Text), Start, End, Options);
+  const std::string Needle = ToDocument(Text);
+  const int Found = FindInDocument(Needle, Start, TextLen, Options);
+  if (Found < 0) return -1;
+  // The match must end within reach. Characters are at least one byte each, so only a
+  // match further away in bytes than the reach needs its characters counted.
+  const long long End = static_cast<long long>(Found) + static_cast<long long>(Needle.size());
+  if (End - Start <= Length) return Found;
+  const long Characters =
+      Sci()->SendScintilla(QSci::SCI_COUNTCHARACTERS, static_cast<unsigned long>(Start), static_cast<long>(End));
+  return Characters <= Length ? Found : -1;
 }
 
 int TjoRichEdit::FindInDocument(std::string_view Needle, int Start, int End, TSearchTypes Options) const {
@@ -707,24 +745,32 @@ int TjoRichEdit::FindInDocument(std::string_view Needle, int Start, int End, TSe
     }
     return -1;
   }
-  // Any case: candidates are found by the first byte in both cases, then compared.
+  // Any case: candidates are found by the first byte in both cases, then compared. Each
+  // case keeps its own next candidate, so that no stretch is scanned twice.
   const unsigned char First = AsciiLower(static_cast<unsigned char>(Needle[0]));
   const unsigned char FirstUpper = First >= 'a' && First <= 'z' ? static_cast<unsigned char>(First - 32) : First;
   const char* Base = Doc.data();
-  while (From <= Last) {
-    const std::size_t Span = Last - From + 1;
-    const char* A = static_cast<const char*>(std::memchr(Base + From, First, Span));
-    const char* B = FirstUpper != First ? static_cast<const char*>(std::memchr(Base + From, FirstUpper, Span)) : nullptr;
-    const char* Hit = A && B ? std::min(A, B) : A ? A : B;
-    if (!Hit) return -1;
-    const std::size_t At = static_cast<std::size_t>(Hit - Base);
+  constexpr std::size_t None = std::string_view::npos;
+  auto Next = [&](unsigned char C, std::size_t At) -> std::size_t {
+    if (At > Last) return None;
+    const void* Hit = std::memchr(Base + At, C, Last - At + 1);
+    return Hit ? static_cast<std::size_t>(static_cast<const char*>(Hit) - Base) : None;
+  };
+  std::size_t Lower = Next(First, From);
+  std::size_t Upper = FirstUpper != First ? Next(FirstUpper, From) : None;
+  for (;;) {
+    const std::size_t At = std::min(Lower, Upper);
+    if (At == None) return -1;
     bool Same = true;
     for (std::size_t I = 1; I < Needle.size() && Same; ++I)
       Same = AsciiLower(static_cast<unsigned char>(Base[At + I])) == AsciiLower(static_cast<unsigned char>(Needle[I]));
     if (Same && (!WholeWord || IsWholeWord(At))) return static_cast<int>(At);
-    From = At + 1;
+    if (At == Lower) {
+      Lower = Next(First, At + 1);
+    } else {
+      Upper = Next(FirstUpper, At + 1);
+    }
   }
-  return -1;
 }
 
 // ---- Lines and positions
@@ -870,6 +916,10 @@ void TjoRichEdit::Change() {
 }
 
 void TjoRichEdit::CheckSelection() {
+  if (FChangePending) {
+    FChangePending = false;
+    DocumentChanged();
+  }
   QSci* S = Sci();
   const int Anchor = static_cast<int>(S->SendScintilla(QSci::SCI_GETANCHOR));
   const int Caret = static_cast<int>(S->SendScintilla(QSci::SCI_GETCURRENTPOS));
@@ -902,9 +952,11 @@ bool TjoRichEdit::WidgetEvent(QObject* Watched, QEvent* Event) {
   // A rich edit elsewhere guards against switching keyboard layouts by itself; neither
   // Qt nor this component ever changes the input method on its own, so there is nothing
   // to guard here.
+  // A view on its way out still reports its focus leaving: nothing to do then.
+  if (!FView) return TWinControl::WidgetEvent(Watched, Event);
   switch (Event->type()) {
     case QEvent::FocusIn:
-      if (FView && FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 0UL);
+      if (FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 0UL);
       if (!FEntered) {
         FEntered = true;
         DoEnter();
@@ -914,7 +966,7 @@ bool TjoRichEdit::WidgetEvent(QObject* Watched, QEvent* Event) {
       const Qt::FocusReason Reason = static_cast<QFocusEvent*>(Event)->reason();
       // A menu opening keeps the focus where it is.
       if (Reason == Qt::PopupFocusReason) break;
-      if (FView && FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 1UL);
+      if (FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 1UL);
       // Another window taking over leaves the focus with this control in its own window.
       if (Reason == Qt::ActiveWindowFocusReason) break;
       if (FEntered) {
@@ -1185,6 +1237,11 @@ std::string TjoRichEdit::RichText() const {
         RunStart = RunEnd;
       }
     }
+    // Each line closes its own bold run, as readers expect.
+    if (Bold != BoldFont) {
+      Out += "\\b0";
+      Bold = BoldFont;
+    }
     Out += "\\par\r\n";
   }
   Out += "}\r\n";
@@ -1192,3 +1249,5 @@ std::string TjoRichEdit::RichText() const {
 }
 
 void RegisterRichEditClasses() { RegisterClasses({TjoRichEdit::StaticClass()}); }
+
+#include "joRichEdit.moc"

@@ -197,7 +197,8 @@ public:
   // ---- For the control's own parts
   // The component that holds the text: the widget when there is one.
   QsciScintillaBase* Sci() const;
-  // Reports a moved caret or selection (after input and changes).
+  // Reports a change of the text, then a moved caret or selection (after input and
+  // after each operation that changes the text).
   void CheckSelection();
   // The document's text changed.
   void DocumentChanged();
@@ -253,7 +254,8 @@ private:
   int FHighlightedLine = -1;
   int FLastAnchor = -1;
   int FLastCaret = -1;
-  int FChanging = 0;  // changes made by the control itself that are no edit of the text
+  int FChanging = 0;
+  bool FChangePending = false;  // the text changed; OnChange is yet to be raised  // changes made by the control itself that are no edit of the text
 };
 
 void RegisterRichEditClasses();

@@ -1,7 +1,10 @@
 #include "tools/ConvertTool.h"
 
+#include "platform/streaming/FormFile.h"
 #include "platform/streaming/ObjectText.h"
+#include "platform/streaming/PeImage.h"
 #include "platform/streaming/ResHeader.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/SysUtils.h"
 
 #include <fcntl.h>
@@ -10,7 +13,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -49,7 +51,7 @@ public:
 
 // ------------------------------------------------------------------ options
 
-enum class TAction { None, ToText, ToBinary, Check };
+enum class TAction { None, ToText, ToBinary, Check, List };
 
 struct TArgument {
   std::string Name;
@@ -71,7 +73,7 @@ struct TOptions {
 };
 
 void SetAction(TOptions& O, TAction Action) {
-  if (O.Action != TAction::None && O.Action != Action) throw EUsage("choose one of -t, -b and --check");
+  if (O.Action != TAction::None && O.Action != Action) throw EUsage("choose one of -t, -b, --check and --list");
   O.Action = Action;
 }
 
@@ -107,6 +109,8 @@ const TOptionEntry OptionTable[] = {
      [](TOptions& O, const std::string&) { SetAction(O, TAction::ToBinary); }},
     {0, "check", "", "check that each file converts both ways without change (see below)",
      [](TOptions& O, const std::string&) { SetAction(O, TAction::Check); }},
+    {0, "list", "", "list the forms inside each program: PROGRAM:NAME, the root component and the stream's size",
+     [](TOptions& O, const std::string&) { SetAction(O, TAction::List); }},
     {'o', "output", "PATH",
      "write to PATH instead of beside the input: a file, a folder when there are several "
      "inputs (created when missing), or \"-\" for standard output",
@@ -226,9 +230,10 @@ void WriteWrapped(std::ostream& Out, std::string_view Text, std::size_t Indent, 
 }
 
 void PrintHelp(std::ostream& Out) {
-  Out << "Usage: " << ToolName << " -t|-b|--check [options] FILE|FOLDER|@LIST...\n"
+  Out << "Usage: " << ToolName << " -t|-b|--check|--list [options] FILE|FOLDER|@LIST...\n"
       << "\n"
-         "Converts Delphi form files (.dfm) between the binary form and form text.\n"
+         "Converts Delphi form files (.dfm) between the binary form and form text, and\n"
+         "takes out the forms that Windows programs (.exe, .dll, .bpl) carry inside.\n"
          "The format of each input is told from its content, never from its name; an\n"
          "input already in the requested format is reported and left alone.\n"
          "\n"
@@ -257,6 +262,12 @@ void PrintHelp(std::ostream& Out) {
          "(or -i for the input itself); every file is written under a temporary name in\n"
          "its folder and renamed when complete, so a failure leaves no partial file.\n"
          "\n"
+         "Programs: PROGRAM names every form of a program, PROGRAM:NAME the one whose\n"
+         "resource is NAME (without regard to case; --list shows the names). Without -o\n"
+         "the forms go into the folder PROGRAM.forms beside it, as NAME.dfm; with -o\n"
+         "FOLDER into that folder (below it PATH.forms for programs found with -s). A\n"
+         "program is never written. With -s, give -e .exe,.dll,.bpl to find programs.\n"
+         "\n"
          "Arguments: @LIST reads file and folder names from LIST, one per line. With -s,\n"
          "folders are searched for names ending in .dfm (see --ext), skipping hidden\n"
          "files and folders and not following links to folders; names given directly\n"
@@ -270,7 +281,8 @@ void PrintHelp(std::ostream& Out) {
          "text came back as the same text. Those notes are not failures.\n"
          "\n"
          "Exit status: 0 when every file was converted (or was already in the requested\n"
-         "format) or checked fine, 1 when any file failed, 2 for a wrong command line.\n";
+         "format), checked fine or listed, 1 when any file failed, 2 for a wrong command\n"
+         "line. A program without forms is reported and skipped, not a failure.\n";
 }
 
 // ------------------------------------------------------------------ conversions
@@ -280,7 +292,7 @@ void PrintHelp(std::ostream& Out) {
 struct TTarget {
   std::string_view Marker;  // put before the extension of a default output name
   bool IsBinary;
-  std::optional<std::string> (*Convert)(std::string_view Data, TFormFileFormat Format);
+  std::optional<std::string> (*Convert)(TFormFile& File);
 };
 
 std::string_view AlreadyText(TFormFileFormat Format) {
@@ -293,33 +305,32 @@ std::string_view AlreadyText(TFormFileFormat Format) {
   return "not a form file";
 }
 
-const TTarget TextTarget{".txt", false, [](std::string_view Data, TFormFileFormat Format) -> std::optional<std::string> {
-                           switch (Format) {
-                             case TFormFileFormat::Resource: return ObjectResourceToText(Data);
-                             case TFormFileFormat::Stream: return ObjectBinaryToText(Data);
-                             default: return std::nullopt;
-                           }
+const TTarget TextTarget{".txt", false, [](TFormFile& File) -> std::optional<std::string> {
+                           if (File.IsText()) return std::nullopt;
+                           return ObjectBinaryToText(File.Stream());
                          }};
 
-const TTarget BinaryTarget{".bin", true, [](std::string_view Data, TFormFileFormat Format) -> std::optional<std::string> {
-                             switch (Format) {
-                               case TFormFileFormat::Text: return ObjectTextToResource(Data);
+const TTarget BinaryTarget{".bin", true, [](TFormFile& File) -> std::optional<std::string> {
+                             switch (File.Format()) {
+                               case TFormFileFormat::Text: return ObjectTextToResource(File.Bytes());
                                case TFormFileFormat::Stream: {
-                                 if (Data.size() > UINT32_MAX) throw Exception("Stream too large for a form file");
-                                 ObjectBinaryToText(Data);  // refuse a damaged stream before wrapping it
-                                 return MakeResHeader(StreamRootClassName(Data), static_cast<std::uint32_t>(Data.size())) +
-                                        std::string(Data);
+                                 const std::string_view Stream = File.Stream();
+                                 if (Stream.size() > UINT32_MAX) throw Exception("Stream too large for a form file");
+                                 CheckObjectBinary(Stream);  // refuse a damaged stream before wrapping it
+                                 return MakeResHeader(StreamRootClassName(Stream),
+                                                      static_cast<std::uint32_t>(Stream.size())) +
+                                        std::string(Stream);
                                }
                                default: return std::nullopt;
                              }
                            }};
 
-const TTarget RawTarget{".bin", true, [](std::string_view Data, TFormFileFormat Format) -> std::optional<std::string> {
-                          switch (Format) {
-                            case TFormFileFormat::Text: return ObjectTextToBinary(Data);
+const TTarget RawTarget{".bin", true, [](TFormFile& File) -> std::optional<std::string> {
+                          switch (File.Format()) {
+                            case TFormFileFormat::Text: return ObjectTextToBinary(File.Bytes());
                             case TFormFileFormat::Resource: {
-                              const std::string_view Stream = Data.substr(ReadResHeader(Data));
-                              ObjectBinaryToText(Stream);  // refuse a damaged stream before unwrapping it
+                              const std::string_view Stream = File.Stream();
+                              CheckObjectBinary(Stream);  // refuse a damaged stream before unwrapping it
                               return std::string(Stream);
                             }
                             default: return std::nullopt;
@@ -364,87 +375,20 @@ std::string ReadInput(const fs::path& Path, const std::string& Shown) {
   return Data;
 }
 
-// The temporary file being written, so that an interrupt can remove it.
-char PendingTemp[4096];
-volatile sig_atomic_t HasPendingTemp = 0;
-
-void RememberTemp(const std::string& Path) {
-  if (Path.size() >= sizeof PendingTemp) return;
-  std::memcpy(PendingTemp, Path.c_str(), Path.size() + 1);
-  std::atomic_signal_fence(std::memory_order_seq_cst);  // the name is complete before the flag says so
-  HasPendingTemp = 1;
-}
-
-void ForgetTemp() { HasPendingTemp = 0; }
-
 extern "C" void RemoveTempAndDie(int Signal) {
-  if (HasPendingTemp) ::unlink(PendingTemp);
+  RemovePendingSaveTemporary();
   ::signal(Signal, SIG_DFL);
   ::raise(Signal);
 }
 
-mode_t NewFileMode() {
-  const mode_t Mask = ::umask(0);
-  ::umask(Mask);
-  return 0666 & ~Mask;
-}
-
-// Writes Data to Target through a temporary file in the same folder, renamed into place
-// only when complete. Without Replace an existing Target is never touched.
-void WriteFileAtomically(const fs::path& Target, std::string_view Data, bool Replace, mode_t Mode) {
-  const fs::path Folder = Target.has_parent_path() ? Target.parent_path() : fs::path(".");
-  std::string Temp = (Folder / ("." + Target.filename().string() + ".XXXXXX")).string();
-  HasPendingTemp = 0;
-  const int Fd = ::mkstemp(Temp.data());
-  if (Fd < 0) throw EFileProblem(Target.string() + ": cannot write: " + SystemError(errno));
-  RememberTemp(Temp);
-  auto Fail = [&](int Code) {
-    ::close(Fd);
-    ::unlink(Temp.c_str());
-    ForgetTemp();
-    throw EFileProblem(Target.string() + ": cannot write: " + SystemError(Code));
-  };
-  std::size_t Done = 0;
-  while (Done < Data.size()) {
-    const ssize_t N = ::write(Fd, Data.data() + Done, Data.size() - Done);
-    if (N < 0) {
-      if (errno == EINTR) continue;
-      Fail(errno);
-    }
-    Done += static_cast<std::size_t>(N);
+// Saves Data as Target. Without Replace an existing Target is never touched.
+void WriteOutput(const fs::path& Target, std::string_view Data, bool Replace) {
+  try {
+    SaveFile(Target.string(), Data, TSaveOptions{Replace});
+  } catch (const ESaveError& E) {
+    if (E.ErrorCode() == EEXIST) throw EFileProblem(Target.string() + ": exists; use -f to replace it");
+    throw EFileProblem(Target.string() + ": cannot write: " + E.Reason());
   }
-  if (::fchmod(Fd, Mode) != 0) Fail(errno);
-  // The previous content is only given up once the new one is on disk.
-  if (Replace && ::fsync(Fd) != 0) Fail(errno);
-  if (::close(Fd) != 0) {
-    const int Code = errno;
-    ::unlink(Temp.c_str());
-    ForgetTemp();
-    throw EFileProblem(Target.string() + ": cannot write: " + SystemError(Code));
-  }
-  int Result;
-  if (Replace) {
-    Result = ::rename(Temp.c_str(), Target.c_str());
-  } else {
-    Result = ::renameat2(AT_FDCWD, Temp.c_str(), AT_FDCWD, Target.c_str(), RENAME_NOREPLACE);
-    if (Result != 0 && (errno == EINVAL || errno == ENOSYS)) {
-      // A file system without the no-replace rename: check, then rename.
-      std::error_code Ec;
-      if (fs::exists(fs::symlink_status(Target, Ec))) {
-        errno = EEXIST;
-      } else {
-        Result = ::rename(Temp.c_str(), Target.c_str());
-      }
-    }
-  }
-  if (Result != 0) {
-    const int Code = errno;
-    ::unlink(Temp.c_str());
-    ForgetTemp();
-    if (Code == EEXIST) throw EFileProblem(Target.string() + ": exists; use -f to replace it");
-    throw EFileProblem(Target.string() + ": cannot write: " + SystemError(Code));
-  }
-  ForgetTemp();
 }
 
 bool EndsWithNoCase(std::string_view S, std::string_view End) {
@@ -468,7 +412,17 @@ struct TInput {
   std::string Shown;      // as the user gave it, or joined below a folder
   fs::path Base;          // the folder given with -s, empty for a file named directly
   bool FromFolder = false;
+  std::string Form;       // PROGRAM:NAME names one form of a program; empty for the whole file
 };
+
+// A form of a program as a file name: its resource name, made safe for a folder.
+std::string FormFileName(const TResourceId& Name) {
+  std::string Result = Name.Text();
+  for (char& C : Result)
+    if (C == '/' || static_cast<unsigned char>(C) < 32 || C == 127) C = '_';
+  if (Result == "." || Result == "..") Result = "_";
+  return Result + ".dfm";
+}
 
 // First difference of two byte strings: "at byte N", or which one is longer.
 std::string DescribeBinaryDifference(std::string_view Original, std::string_view Again) {
@@ -555,7 +509,22 @@ private:
 
   fs::path OutputPathFor(const TInput& Input, const TTarget& Target) const;
   void ConvertOne(const TInput& Input, const TTarget& Target);
+  void ConvertFile(const std::string& Shown, const fs::path& InputPath, TFormFile& File, const fs::path& OutPath,
+                   const TTarget& Target, bool ToStdout, bool MakeFolder);
   void CheckOne(const TInput& Input);
+  void CheckFile(const std::string& Shown, TFormFile& File);
+  void ReportCheck(const std::string& Shown, const std::string& Verdict, bool Failed);
+  void ListOne(const TInput& Input);
+  void ListForm(const std::string& Shown, std::string_view Stream);
+
+  // Programs: their forms are converted, checked and listed one by one, as PROGRAM:NAME.
+  void ConvertProgram(const TInput& Input, std::string_view Image, const TTarget& Target, bool ToStdout);
+  TPeImage ReadProgram(const TInput& Input, std::string_view Image);
+  // The form named by the input, or every form; a program without forms is reported.
+  std::vector<const TPeResource*> ProgramForms(const TInput& Input, const TPeImage& Program);
+  fs::path ProgramFormPath(const TInput& Input, const TPeResource& Form) const;
+  // A form name after a file that is no program is an error.
+  void RefuseFormName(const TInput& Input) const;
 
   const TOptions& FOptions;
   TConvertConsole& FConsole;
@@ -566,7 +535,6 @@ private:
   bool FProgress = false;
   bool FProgressShown = false;
   std::size_t FTotal = 0;
-  mode_t FNewMode = 0666;
 
   int FFailed = 0;
   int FConverted = 0;
@@ -576,6 +544,9 @@ private:
   int FTextChanged = 0;
   int FCheckedOk = 0;
   int FTypesDiffer = 0;
+  int FNoForms = 0;  // programs without forms
+  bool FSeveralOutputs = false;  // a program gave several forms: the run ends with a summary
+  int FListed = 0;
   int FListErrors = 0;  // failures before any file was read: missing names, unreadable lists and folders
 };
 
@@ -637,7 +608,7 @@ void TConvertRun::AddFolder(const fs::path& Folder, const std::string& Shown) {
       if (fs::is_directory(LinkStatus)) {
         Pending.push_back(P);
       } else if (NameMatches(P) && fs::is_regular_file(fs::status(P, StEc))) {
-        Found.push_back({P, (fs::path(Shown) / P.lexically_relative(Folder)).string(), Folder, true});
+        Found.push_back({P, (fs::path(Shown) / P.lexically_relative(Folder)).string(), Folder, true, {}});
       }
     }
     if (Ec) Error(CurrentShown + ": cannot read folder: " + Ec.message());
@@ -651,8 +622,19 @@ void TConvertRun::AddFolder(const fs::path& Folder, const std::string& Shown) {
 }
 
 void TConvertRun::AddArgument(const std::string& Name) {
-  const fs::path Path(Name);
   std::error_code Ec;
+  if (const TFormFileName Split = SplitProgramFormName(Name); !Split.Form.empty()) {
+    const fs::file_status Status = fs::status(Split.File, Ec);
+    if (!fs::is_regular_file(Status)) {
+      Error(Split.File + (fs::is_directory(Status) ? ": is a folder, not a program" : ": not a regular file"));
+      return;
+    }
+    const std::string Key = fs::weakly_canonical(Split.File, Ec).string();
+    if (FSeen.insert((Ec ? Split.File : Key) + ":" + UpperCase(Split.Form)).second)
+      FInputs.push_back({Split.File, Split.File, {}, false, Split.Form});
+    return;
+  }
+  const fs::path Path(Name);
   const fs::file_status Status = fs::status(Path, Ec);
   if (Ec && Ec != std::errc::no_such_file_or_directory) {
     Error(Name + ": " + Ec.message());
@@ -675,7 +657,7 @@ void TConvertRun::AddArgument(const std::string& Name) {
     return;
   }
   const std::string Key = fs::weakly_canonical(Path, Ec).string();
-  if (FSeen.insert(Ec ? Name : Key).second) FInputs.push_back({Path, Name, {}, false});
+  if (FSeen.insert(Ec ? Name : Key).second) FInputs.push_back({Path, Name, {}, false, {}});
 }
 
 fs::path TConvertRun::OutputPathFor(const TInput& Input, const TTarget& Target) const {
@@ -693,9 +675,14 @@ fs::path TConvertRun::OutputPathFor(const TInput& Input, const TTarget& Target) 
 
 void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
   const bool ToStdout = FOptions.Output && *FOptions.Output == "-" && !FOptions.InPlace;
-  std::string Data = ReadInput(Input.Path, Input.Shown);
-  const TFormFileFormat Format = DetectFormFileFormat(Data);
-  if (Format == TFormFileFormat::Unknown) {
+  std::string Bytes = ReadInput(Input.Path, Input.Shown);
+  if (IsPeImage(Bytes)) {
+    ConvertProgram(Input, Bytes, Target, ToStdout);
+    return;
+  }
+  RefuseFormName(Input);
+  TFormFile File(std::move(Bytes));
+  if (File.Format() == TFormFileFormat::Unknown) {
     if (Input.FromFolder) {
       ++FNotForms;
       if (FOptions.Verbose) Note(Input.Shown + ": not a form file, passed over");
@@ -703,12 +690,88 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
     }
     throw EFileProblem(Input.Shown + ": not a form file (neither a binary form nor form text)");
   }
+  ConvertFile(Input.Shown, Input.Path, File, ToStdout ? fs::path() : OutputPathFor(Input, Target), Target, ToStdout,
+              FOutputIsFolder);
+}
 
-  fs::path OutPath;
-  if (!ToStdout) {
-    OutPath = OutputPathFor(Input, Target);
+void TConvertRun::ConvertProgram(const TInput& Input, std::string_view Image, const TTarget& Target, bool ToStdout) {
+  if (FOptions.InPlace)
+    throw EFileProblem(Input.Shown + ": a program is never replaced; without -i its forms go to " + Input.Shown +
+                       ".forms");
+  const TPeImage Program = ReadProgram(Input, Image);
+  const std::vector<const TPeResource*> Forms = ProgramForms(Input, Program);
+  FSeveralOutputs = FSeveralOutputs || Forms.size() > 1;
+  if (Forms.empty()) return;
+  if (ToStdout && Target.IsBinary && Forms.size() > 1)
+    throw EFileProblem(Input.Shown + ": holds " + std::to_string(Forms.size()) +
+                       " forms; binary goes to standard output one form at a time (name it as " + Input.Shown +
+                       ":NAME)");
+  // Every form of a program goes into a folder; -o may name one that does not exist yet.
+  const bool WholeProgram = Input.Form.empty();
+  if (!ToStdout && FOptions.Output && !FOutputIsFolder && WholeProgram) {
     std::error_code Ec;
-    const bool SameAsInput = fs::exists(OutPath, Ec) && fs::equivalent(OutPath, Input.Path, Ec);
+    if (fs::exists(*FOptions.Output, Ec) && !fs::is_directory(*FOptions.Output, Ec))
+      throw EFileProblem(*FOptions.Output + ": not a folder (-o names a folder for the forms of a program)");
+  }
+  for (const TPeResource* Form : Forms) {
+    const std::string Shown = Input.Shown + ":" + Form->Name.Text();
+    try {
+      TFormFile File{std::string(Form->Bytes())};
+      ConvertFile(Shown, Input.Path, File, ToStdout ? fs::path() : ProgramFormPath(Input, *Form), Target, ToStdout,
+                  FOutputIsFolder || !FOptions.Output || WholeProgram);
+    } catch (const EFileProblem& E) {
+      Error(E.what());
+    } catch (const std::exception& E) {
+      Error(Shown + ": " + ErrorText(E));
+    }
+  }
+}
+
+TPeImage TConvertRun::ReadProgram(const TInput& Input, std::string_view Image) {
+  try {
+    return TPeImage(Image);
+  } catch (const Exception& E) {
+    throw EFileProblem(Input.Shown + ": " + E.Message());
+  }
+}
+
+std::vector<const TPeResource*> TConvertRun::ProgramForms(const TInput& Input, const TPeImage& Program) {
+  if (!Input.Form.empty()) {
+    try {
+      return {&Program.Form(Input.Form)};
+    } catch (const EPeImageError& E) {
+      throw EFileProblem(Input.Shown + ": " + E.Message());
+    }
+  }
+  std::vector<const TPeResource*> Forms = Program.Forms();
+  if (Forms.empty()) {
+    ++FNoForms;
+    Note(Input.Shown + ": a program without forms, skipped");
+  }
+  return Forms;
+}
+
+void TConvertRun::RefuseFormName(const TInput& Input) const {
+  if (!Input.Form.empty())
+    throw EFileProblem(Input.Shown + ": not a Windows program (.exe, .dll, .bpl), so it holds no form named " +
+                       Input.Form);
+}
+
+fs::path TConvertRun::ProgramFormPath(const TInput& Input, const TPeResource& Form) const {
+  const std::string Name = FormFileName(Form.Name);
+  if (!FOptions.Output) return fs::path(Input.Path.string() + ".forms") / Name;
+  const fs::path Out(*FOptions.Output);
+  if (!FOutputIsFolder && !Input.Form.empty()) return Out;
+  if (Input.FromFolder) return Out / (Input.Path.lexically_relative(Input.Base).string() + ".forms") / Name;
+  return Out / Name;
+}
+
+void TConvertRun::ConvertFile(const std::string& Shown, const fs::path& InputPath, TFormFile& File,
+                              const fs::path& OutPath, const TTarget& Target, bool ToStdout, bool MakeFolder) {
+  const TFormFileFormat Format = File.Format();
+  if (!ToStdout) {
+    std::error_code Ec;
+    const bool SameAsInput = fs::exists(OutPath, Ec) && fs::equivalent(OutPath, InputPath, Ec);
     if (SameAsInput && !FOptions.InPlace)
       throw EFileProblem(OutPath.string() + ": is the input itself; use -i to convert in place");
     const auto Written = FWritten.find(fs::absolute(OutPath, Ec).lexically_normal().string());
@@ -722,17 +785,16 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
 
   std::optional<std::string> Result;
   try {
-    Result = Target.Convert(Data, Format);
+    Result = Target.Convert(File);
   } catch (const std::exception& E) {
-    throw EFileProblem(Input.Shown + ": " + ErrorText(E));
+    throw EFileProblem(Shown + ": " + ErrorText(E));
   }
   if (!Result) {
     ++FAlready;
-    Note(Input.Shown + ": " + std::string(AlreadyText(Format)) + ", skipped");
+    Note(Shown + ": " + std::string(AlreadyText(Format)) + ", skipped");
     return;
   }
-  Data.clear();
-  Data.shrink_to_fit();
+  File = TFormFile();  // the input's memory goes before the output is written
 
   if (ToStdout) {
     FConsole.Out.write(Result->data(), static_cast<std::streamsize>(Result->size()));
@@ -743,36 +805,96 @@ void TConvertRun::ConvertOne(const TInput& Input, const TTarget& Target) {
   }
 
   std::error_code Ec;
-  if (FOutputIsFolder && OutPath.has_parent_path()) {
+  if (MakeFolder && OutPath.has_parent_path()) {
     fs::create_directories(OutPath.parent_path(), Ec);
     if (Ec) throw EFileProblem(OutPath.parent_path().string() + ": cannot create folder: " + Ec.message());
   }
-  mode_t Mode = FNewMode;
-  const bool Replace = FOptions.InPlace || FOptions.Force;
-  if (FOptions.InPlace) {
-    struct stat St {};
-    if (::stat(OutPath.c_str(), &St) == 0) Mode = St.st_mode & 07777;
-  } else if (Replace) {
-    // A replaced output keeps the permissions it had.
-    struct stat St {};
-    if (::stat(OutPath.c_str(), &St) == 0 && S_ISREG(St.st_mode)) Mode = St.st_mode & 07777;
-  }
-  WriteFileAtomically(OutPath, *Result, Replace, Mode);
-  FWritten[fs::absolute(OutPath, Ec).lexically_normal().string()] = Input.Shown;
+  // A replaced output keeps the permissions it had.
+  WriteOutput(OutPath, *Result, FOptions.InPlace || FOptions.Force);
+  FWritten[fs::absolute(OutPath, Ec).lexically_normal().string()] = Shown;
   ++FConverted;
-  if (FOptions.Verbose) Note(Input.Shown + " -> " + OutPath.string());
+  if (FOptions.Verbose) Note(Shown + " -> " + OutPath.string());
 }
 
 void TConvertRun::CheckOne(const TInput& Input) {
-  const std::string Data = ReadInput(Input.Path, Input.Shown);
-  const TFormFileFormat Format = DetectFormFileFormat(Data);
-  if (Format == TFormFileFormat::Unknown) {
+  std::string Bytes = ReadInput(Input.Path, Input.Shown);
+  if (IsPeImage(Bytes)) {
+    const TPeImage Program = ReadProgram(Input, Bytes);
+    for (const TPeResource* Form : ProgramForms(Input, Program)) {
+      const std::string Shown = Input.Shown + ":" + Form->Name.Text();
+      if (Form->Damaged()) {
+        ++FChecked;
+        ReportCheck(Shown, "FAILED: " + Form->DamageText(), true);
+        continue;
+      }
+      TFormFile File{std::string(Form->Data)};
+      CheckFile(Shown, File);
+    }
+    return;
+  }
+  RefuseFormName(Input);
+  TFormFile File(std::move(Bytes));
+  if (File.Format() == TFormFileFormat::Unknown && Input.FromFolder) {
+    ++FNotForms;
+    if (FOptions.Verbose) Note(Input.Shown + ": not a form file, passed over");
+    return;
+  }
+  CheckFile(Input.Shown, File);
+}
+
+void TConvertRun::ReportCheck(const std::string& Shown, const std::string& Verdict, bool Failed) {
+  ClearProgress();
+  FConsole.Out << Printable(Shown + ": " + Verdict) << '\n';
+  if (Failed)
+    ++FFailed;
+  else
+    ++FCheckedOk;
+}
+
+void TConvertRun::ListOne(const TInput& Input) {
+  std::string Bytes = ReadInput(Input.Path, Input.Shown);
+  if (IsPeImage(Bytes)) {
+    const TPeImage Program = ReadProgram(Input, Bytes);
+    for (const TPeResource* Form : ProgramForms(Input, Program)) {
+      const std::string Shown = Input.Shown + ":" + Form->Name.Text();
+      if (Form->Damaged())
+        Error(Shown + ": " + Form->DamageText());
+      else
+        ListForm(Shown, Form->Data);
+    }
+    return;
+  }
+  RefuseFormName(Input);
+  TFormFile File(std::move(Bytes));
+  if (File.Format() == TFormFileFormat::Unknown) {
     if (Input.FromFolder) {
       ++FNotForms;
-      if (FOptions.Verbose) Note(Input.Shown + ": not a form file, passed over");
+      if (FOptions.Verbose) Note(Input.Shown + ": neither a program nor a form file, passed over");
       return;
     }
+    throw EFileProblem(Input.Shown + ": neither a Windows program nor a form file");
   }
+  ListForm(Input.Shown, File.Stream());
+}
+
+void TConvertRun::ListForm(const std::string& Shown, std::string_view Stream) {
+  TStreamRoot Root;
+  try {
+    Root = StreamRoot(Stream);
+  } catch (const std::exception& E) {
+    Error(Shown + ": " + ErrorText(E));
+    return;
+  }
+  ClearProgress();
+  FConsole.Out << Printable(Shown + "  " + Root.Name + ": " + Root.ClassName + "  " + std::to_string(Stream.size()) +
+                            " bytes")
+               << '\n';
+  ++FListed;
+}
+
+void TConvertRun::CheckFile(const std::string& Shown, TFormFile& File) {
+  const std::string& Data = File.Bytes();
+  const TFormFileFormat Format = File.Format();
   ++FChecked;
   std::string Verdict;
   bool Failed = true;
@@ -788,7 +910,7 @@ void TConvertRun::CheckOne(const TInput& Input) {
         // keeps every value, so its way back may take the types from the original stream.
         // Whether the text alone gives the same types is reported beside it.
         const bool IsResource = Format == TFormFileFormat::Resource;
-        const std::string_view Stream = IsResource ? std::string_view(Data).substr(ReadResHeader(Data)) : Data;
+        const std::string_view Stream = File.Stream();
         const std::string Text = ObjectBinaryToText(Stream);
         const std::string Kept = ObjectTextToBinary(Text, Stream);
         const std::string Again =
@@ -833,12 +955,7 @@ void TConvertRun::CheckOne(const TInput& Input) {
   } catch (const std::exception& E) {
     Verdict = "FAILED: " + ErrorText(E);
   }
-  ClearProgress();
-  FConsole.Out << Printable(Input.Shown + ": " + Verdict) << '\n';
-  if (Failed)
-    ++FFailed;
-  else
-    ++FCheckedOk;
+  ReportCheck(Shown, Verdict, Failed);
 }
 
 std::string Plural(int N, std::string_view One, std::string_view Many) {
@@ -846,8 +963,6 @@ std::string Plural(int N, std::string_view One, std::string_view Many) {
 }
 
 int TConvertRun::Execute() {
-  FNewMode = NewFileMode();
-
   for (const auto& Argument : FOptions.Inputs) {
     if (!Argument.IsList) {
       AddArgument(Argument.Name);
@@ -895,6 +1010,8 @@ int TConvertRun::Execute() {
     try {
       if (FOptions.Action == TAction::Check)
         CheckOne(FInputs[I]);
+      else if (FOptions.Action == TAction::List)
+        ListOne(FInputs[I]);
       else
         ConvertOne(FInputs[I], Target);
     } catch (const EFileProblem& E) {
@@ -907,8 +1024,14 @@ int TConvertRun::Execute() {
 
   const std::string NotForms =
       FNotForms ? "; " + Plural(FNotForms, "file was not a form", "files were not forms") : "";
+  const std::string NoForms =
+      FNoForms ? "; " + Plural(FNoForms, "program without forms", "programs without forms") : "";
   const int Other = FListErrors;  // names that could not even be listed
-  if (FOptions.Action == TAction::Check) {
+  if (FOptions.Action == TAction::List) {
+    if (FTotal + static_cast<std::size_t>(Other) > 1 || FNotForms || FNoForms || FListed > 1)
+      FConsole.Err << "Listed " << Plural(FListed, "form", "forms") << ", " << FFailed << " failed" << NotForms
+                   << NoForms << ".\n";
+  } else if (FOptions.Action == TAction::Check) {
     std::string Summary = "Checked " + Plural(FChecked, "file", "files") + ": " + std::to_string(FCheckedOk) +
                           " ok, " + std::to_string(FChecked - FCheckedOk) + " failed";
     // Names that could not be found or read are failures too, outside the files checked.
@@ -917,11 +1040,11 @@ int TConvertRun::Execute() {
     if (FTextChanged) Summary += "; " + Plural(FTextChanged, "text comes", "texts come") + " back as different text";
     if (FTypesDiffer)
       Summary += "; " + Plural(FTypesDiffer, "file's text gives", "files' texts give") + " other value types alone";
-    FConsole.Out << Summary << NotForms << ".\n";
-  } else if (FTotal + static_cast<std::size_t>(Other) > 1 || FNotForms) {
+    FConsole.Out << Summary << NotForms << NoForms << ".\n";
+  } else if (FTotal + static_cast<std::size_t>(Other) > 1 || FNotForms || FNoForms || FSeveralOutputs) {
     std::string Summary = "Converted " + Plural(FConverted, "file", "files");
     if (FAlready) Summary += ", " + std::to_string(FAlready) + " already in the requested format";
-    Summary += ", " + std::to_string(FFailed) + " failed" + NotForms + ".";
+    Summary += ", " + std::to_string(FFailed) + " failed" + NotForms + NoForms + ".";
     FConsole.Err << Summary << '\n';
   }
   FConsole.Out.flush();
@@ -947,12 +1070,15 @@ int RunConvertTool(const std::vector<std::string>& Args, TConvertConsole& Consol
       Console.Out << ToolName << " " << LUMORA_VERSION << '\n';
       return ConvertExitOk;
     }
-    if (O.Action == TAction::None) throw EUsage("say what to do: -t (to text), -b (to binary) or --check");
+    if (O.Action == TAction::None)
+      throw EUsage("say what to do: -t (to text), -b (to binary), --check or --list");
     if (O.Inputs.empty()) throw EUsage("no files given");
     if (O.InPlace && O.Output) throw EUsage("-i and -o do not go together");
     if (O.Raw && O.Action != TAction::ToBinary) throw EUsage("--raw goes with -b only");
     if (O.Action == TAction::Check && (O.Output || O.InPlace || O.Force))
       throw EUsage("--check writes no files; -o, -i and -f do not apply");
+    if (O.Action == TAction::List && (O.Output || O.InPlace || O.Force))
+      throw EUsage("--list writes no files; -o, -i and -f do not apply");
     if (O.Action == TAction::ToBinary && O.Output && *O.Output == "-" && Console.OutIsTerminal)
       throw EUsage("binary data is not written to a terminal; redirect standard output or use -o FILE");
   } catch (const EUsage& E) {

@@ -4,6 +4,7 @@
 #include "platform/rtti/Reader.h"
 #include "platform/rtti/Writer.h"
 #include "platform/streaming/RtlConsts.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/SysUtils.h"
 
@@ -250,7 +251,9 @@ void TStrings::SaveToStream(TStream& stream) const { stream.WriteBuffer(GetTextS
 
 void TStrings::LoadFromFile(const std::string& fileName) { SetTextStr(ReadFileToString(fileName)); }
 
-void TStrings::SaveToFile(const std::string& fileName) const { WriteFileAtomically(fileName, GetTextStr()); }
+void TStrings::SaveToFile(const std::string& fileName) const {
+  SaveFile(fileName, [this](TStream& stream) { SaveToStream(stream); });
+}
 
 void TStrings::Assign(TPersistent* source) {
   if (auto* strings = dynamic_cast<TStrings*>(source)) {

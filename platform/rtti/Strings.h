@@ -80,7 +80,7 @@ public:
   virtual void SaveToStream(TStream& stream) const;
   // EFOpenError "Cannot open file %s".
   virtual void LoadFromFile(const std::string& fileName);
-  // Written through a temporary file; EFCreateError "Cannot create file %s".
+  // Saved through SaveToStream (see SaveFile.h); ESaveError "Cannot create file NAME: REASON".
   virtual void SaveToFile(const std::string& fileName) const;
 
   void Assign(TPersistent* source) override;

@@ -10,6 +10,7 @@
 #include <cctype>
 #include <cstring>
 #include <sys/mman.h>
+#include <type_traits>
 #include <vector>
 
 namespace {
@@ -133,7 +134,27 @@ private:
   char* FEnd;
 };
 
+// Stands in for TTextOut when a stream is only checked: the walk is the same, and
+// nothing is written.
+class TNoTextOut {
+public:
+  TNoTextOut(std::string&, std::size_t) {}
+  void Reserve(std::size_t) {}
+  void Put(char) {}
+  void Put(std::string_view) {}
+  void PutRaw(char) {}
+  void Indent(int) {}
+  void EndLine() {}
+  void NewLine(int) {}
+  void PutInt(std::int64_t) {}
+  void PutUInt(std::uint64_t) {}
+  void Finish() {}
+};
+
+template <class TOut>
 class TBinaryToText {
+  static constexpr bool Writes = !std::is_same_v<TOut, TNoTextOut>;
+
 public:
   TBinaryToText(std::string_view stream, std::string& out)
       : FReader(stream), FOut(out, stream.size() * 2 + stream.size() / 2 + 4096) {
@@ -260,6 +281,7 @@ private:
       }
       case vaWString: {
         const std::string_view s = FReader.ReadCountedBytes(2);
+        if constexpr (!Writes) return;
         FWide.resize(s.size() / 2);
         if (!s.empty()) std::memcpy(FWide.data(), s.data(), s.size());
         PutString(FWide.data(), FWide.size(), 127, level);
@@ -267,6 +289,7 @@ private:
       }
       case vaUTF8String: {
         const std::string_view s = FReader.ReadCountedBytes();
+        if constexpr (!Writes) return;
         DecodeUtf8(s);
         PutString(FWide.data(), FWide.size(), 127, level);
         return;
@@ -326,6 +349,7 @@ private:
   }
 
   void PutFloat(long double value, TFloatKind kind, char suffix) {
+    if constexpr (!Writes) return;
     FFloat.clear();
     AppendFloatText(FFloat, value, kind);
     FOut.Put(FFloat);
@@ -358,70 +382,74 @@ private:
 
   template <class Unit>
   void PutString(const Unit* s, std::size_t length, unsigned rawMax, int level) {
-    if (length == 0) {
-      FOut.Put("''");
-      return;
-    }
-    if (length > 64) FOut.NewLine(level + 1);
-    std::size_t i = 0;
-    std::size_t lineStart = 0;
-    while (i < length) {
-      if (Printable(s[i], rawMax)) {
-        const std::size_t run = i;
-        do ++i;
-        while (i < length && Printable(s[i], rawMax) && i - lineStart < 64);
-        FOut.Reserve(i - run + 2);
-        FOut.PutRaw('\'');
-        if constexpr (sizeof(Unit) == 1) {
-          FOut.PutRaw(reinterpret_cast<const char*>(s + run), i - run);
-        } else {
-          for (std::size_t k = run; k < i; ++k) FOut.PutRaw(static_cast<char>(s[k]));
-        }
-        FOut.PutRaw('\'');
-      } else {
-        FOut.Put('#');
-        FOut.PutUInt(s[i]);
-        ++i;
+    if constexpr (Writes) {
+      if (length == 0) {
+        FOut.Put("''");
+        return;
       }
-      if (i - lineStart >= 64 && i < length) {
-        FOut.Put(" +");
-        FOut.NewLine(level + 1);
-        lineStart = i;
+      if (length > 64) FOut.NewLine(level + 1);
+      std::size_t i = 0;
+      std::size_t lineStart = 0;
+      while (i < length) {
+        if (Printable(s[i], rawMax)) {
+          const std::size_t run = i;
+          do ++i;
+          while (i < length && Printable(s[i], rawMax) && i - lineStart < 64);
+          FOut.Reserve(i - run + 2);
+          FOut.PutRaw('\'');
+          if constexpr (sizeof(Unit) == 1) {
+            FOut.PutRaw(reinterpret_cast<const char*>(s + run), i - run);
+          } else {
+            for (std::size_t k = run; k < i; ++k) FOut.PutRaw(static_cast<char>(s[k]));
+          }
+          FOut.PutRaw('\'');
+        } else {
+          FOut.Put('#');
+          FOut.PutUInt(s[i]);
+          ++i;
+        }
+        if (i - lineStart >= 64 && i < length) {
+          FOut.Put(" +");
+          FOut.NewLine(level + 1);
+          lineStart = i;
+        }
       }
     }
   }
 
   void PutBinary(std::string_view data, int level) {
-    const auto* p = reinterpret_cast<const unsigned char*>(data.data());
-    const std::size_t n = data.size();
-    const bool multiLine = n >= 32;
-    const std::size_t indent = static_cast<std::size_t>(level + 1) * 2;
-    // The exact size up front: 2 hex digits a byte, a line break and indent per 32 bytes.
-    const std::size_t lines = (n + 31) / 32;
-    FOut.Reserve(2 * n + (multiLine ? lines * (indent + 2) : 0) + 2);
-    FOut.PutRaw('{');
-    std::size_t i = 0;
-    while (i < n) {
-      if (multiLine) {
+    if constexpr (Writes) {
+      const auto* p = reinterpret_cast<const unsigned char*>(data.data());
+      const std::size_t n = data.size();
+      const bool multiLine = n >= 32;
+      const std::size_t indent = static_cast<std::size_t>(level + 1) * 2;
+      // The exact size up front: 2 hex digits a byte, a line break and indent per 32 bytes.
+      const std::size_t lines = (n + 31) / 32;
+      FOut.Reserve(2 * n + (multiLine ? lines * (indent + 2) : 0) + 2);
+      FOut.PutRaw('{');
+      std::size_t i = 0;
+      while (i < n) {
+        if (multiLine) {
+          char* c = FOut.Cur();
+          c[0] = '\r';
+          c[1] = '\n';
+          std::memset(c + 2, ' ', indent);
+          FOut.Advance(indent + 2);
+        }
+        const std::size_t line = n - i < 32 ? n - i : 32;
         char* c = FOut.Cur();
-        c[0] = '\r';
-        c[1] = '\n';
-        std::memset(c + 2, ' ', indent);
-        FOut.Advance(indent + 2);
+        for (std::size_t k = 0; k < line; ++k) {
+          std::memcpy(c + 2 * k, HexTable.pairs + 2 * p[i + k], 2);
+        }
+        FOut.Advance(2 * line);
+        i += line;
       }
-      const std::size_t line = n - i < 32 ? n - i : 32;
-      char* c = FOut.Cur();
-      for (std::size_t k = 0; k < line; ++k) {
-        std::memcpy(c + 2 * k, HexTable.pairs + 2 * p[i + k], 2);
-      }
-      FOut.Advance(2 * line);
-      i += line;
+      FOut.PutRaw('}');
     }
-    FOut.PutRaw('}');
   }
 
   TValueReader FReader;
-  TTextOut FOut;
+  TOut FOut;
   std::vector<std::string_view> FPath;
   std::string_view FProperty;
   std::u16string FWide;
@@ -432,23 +460,30 @@ private:
 
 std::string ObjectBinaryToText(std::string_view stream) {
   std::string out;
-  TBinaryToText(stream, out).Convert();
+  TBinaryToText<TTextOut>(stream, out).Convert();
   return out;
+}
+
+void CheckObjectBinary(std::string_view stream) {
+  std::string none;
+  TBinaryToText<TNoTextOut>(stream, none).Convert();
 }
 
 std::string ObjectResourceToText(std::string_view resource) {
   return ObjectBinaryToText(resource.substr(ReadResHeader(resource)));
 }
 
-std::string StreamRootClassName(std::string_view stream) {
+TStreamRoot StreamRoot(std::string_view stream) {
   TValueReader reader(stream);
   reader.ReadSignature();
   TFilerFlags flags;
   std::int32_t childPos;
   std::string_view className, name;
   reader.ReadComponentHeader(flags, childPos, className, name);
-  return std::string(className);
+  return {std::string(name), std::string(className)};
 }
+
+std::string StreamRootClassName(std::string_view stream) { return StreamRoot(stream).ClassName; }
 
 namespace {
 
@@ -496,8 +531,7 @@ std::string ObjectTextToResource(std::string_view text) {
 }
 
 TFormFileFormat DetectFormFileFormat(std::string_view data) {
-  if (data.size() >= 3 && static_cast<unsigned char>(data[0]) == 0xFF && data[1] == 0x0A && data[2] == 0x00)
-    return TFormFileFormat::Resource;
+  if (HasResHeader(data)) return TFormFileFormat::Resource;
   if (data.substr(0, 4) == FilerSignature) return TFormFileFormat::Stream;
   std::size_t i = 0;
   if (data.substr(0, 3) == "\xEF\xBB\xBF") i = 3;  // a UTF-8 byte-order mark
@@ -524,7 +558,7 @@ void AdviseHugePages(char* data, std::size_t size) {
 
 std::string ObjectValueToText(std::string_view valueBytes) {
   std::string out;
-  TBinaryToText converter(valueBytes, out);
+  TBinaryToText<TTextOut> converter(valueBytes, out);
   converter.ConvertSingleValue();
   return out;
 }
@@ -543,14 +577,10 @@ void AppendComponentKey(std::string& key, std::string_view name, int index, int 
   }
 }
 
-void AppendPropertyOccurrence(std::string& key, int occurrence) {
-  if (occurrence > 0) {
-    key.push_back('\x03');
-    key.append(std::to_string(occurrence));
-  }
-}
-
 TReferenceValues::TReferenceValues(std::string_view stream) {
+  // About one value for every 24 bytes of a typical stream, one component for every ten.
+  FEntries.reserve(stream.size() / 24 + 16);
+  FComponents.reserve(stream.size() / 240 + 16);
   try {
     TValueReader reader(stream);
     reader.ReadSignature();
@@ -560,6 +590,14 @@ TReferenceValues::TReferenceValues(std::string_view stream) {
   }
 }
 
+namespace {
+
+bool EntryBefore(std::string_view aName, int aOccurrence, std::string_view bName, int bOccurrence) {
+  return aName < bName || (aName == bName && aOccurrence < bOccurrence);
+}
+
+}  // namespace
+
 void TReferenceValues::IndexComponent(TValueReader& reader, int depth, int index, int occurrence) {
   if (depth > MaxNestingDepth) return;
   const std::size_t keyLength = FKey.size();
@@ -568,17 +606,32 @@ void TReferenceValues::IndexComponent(TValueReader& reader, int depth, int index
   std::string_view className, name;
   reader.ReadComponentHeader(flags, childPos, className, name);
   AppendComponentKey(FKey, name, index, occurrence);
-  while (!reader.EndOfList()) {
-    const std::string_view property = reader.ReadShortString();
-    const std::size_t start = reader.Position();
-    reader.SkipValue();
-    std::string key = FKey;
-    key.push_back('\x01');
-    key.append(property);
-    AppendPropertyOccurrence(key, FCounts[key]++);
-    FValues.emplace(std::move(key), reader.Data().substr(start, reader.Position() - start));
+  {
+    // The component's properties, sorted for lookup once read, also when the stream
+    // breaks off among them.
+    const auto [it, added] = FComponents.try_emplace(FKey);
+    TComponent* component = added ? &it->second : nullptr;
+    const std::size_t first = FEntries.size();
+    struct TSortAtEnd {
+      std::vector<TEntry>& Entries;
+      std::size_t First;
+      TComponent* Component;
+      ~TSortAtEnd() {
+        std::sort(Entries.begin() + static_cast<std::ptrdiff_t>(First), Entries.end(), [](const TEntry& a, const TEntry& b) {
+          return EntryBefore(a.Name, a.Occurrence, b.Name, b.Occurrence);
+        });
+        if (Component) *Component = {First, Entries.size() - First};
+      }
+    } sortAtEnd{FEntries, first, component};
+    TPropertyNames properties;
+    while (!reader.EndOfList()) {
+      const std::string_view property = reader.ReadShortString();
+      const std::size_t start = reader.Position();
+      reader.SkipValue();
+      FEntries.push_back({property, properties.Occurrence(property), reader.Data().substr(start, reader.Position() - start)});
+    }
+    reader.ReadByte();
   }
-  reader.ReadByte();
   int childIndex = 0;
   TSiblingNames siblings;
   while (!reader.EndOfList()) {
@@ -595,7 +648,19 @@ void TReferenceValues::IndexComponent(TValueReader& reader, int depth, int index
   FKey.resize(keyLength);
 }
 
-std::string_view TReferenceValues::Find(const std::string& key) const {
-  const auto it = FValues.find(key);
-  return it == FValues.end() ? std::string_view() : it->second;
+TReferenceValues::TComponent TReferenceValues::FindComponent(const std::string& key) const {
+  const auto it = FComponents.find(key);
+  return it == FComponents.end() ? TComponent() : it->second;
 }
+
+std::string_view TReferenceValues::FindProperty(const TComponent& component, std::string_view name,
+                                                int occurrence) const {
+  const auto begin = FEntries.begin() + static_cast<std::ptrdiff_t>(component.First);
+  const auto end = begin + static_cast<std::ptrdiff_t>(component.Count);
+  const auto it = std::lower_bound(begin, end, 0, [&](const TEntry& e, int) {
+    return EntryBefore(e.Name, e.Occurrence, name, occurrence);
+  });
+  if (it == end || it->Name != name || it->Occurrence != occurrence) return {};
+  return it->Value;
+}
+

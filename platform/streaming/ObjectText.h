@@ -13,6 +13,9 @@
 
 // Binary stream (starting with "TPF0") to form text with CR LF line ends.
 std::string ObjectBinaryToText(std::string_view stream);
+// Reads a binary stream through as ObjectBinaryToText does and raises the same errors,
+// without making the text: whether the stream can be converted.
+void CheckObjectBinary(std::string_view stream);
 // Form text to a binary stream starting with "TPF0".
 std::string ObjectTextToBinary(std::string_view text);
 // The same, keeping the exact bytes that `reference` (the stream the text was made
@@ -46,3 +49,9 @@ TFormFileFormat DetectFormFileFormat(std::string_view data);
 // The class name of the root component of a binary stream ("TForm1"); raises like
 // ObjectBinaryToText when the stream is damaged before the name.
 std::string StreamRootClassName(std::string_view stream);
+// The root component's name and class ("Form1", "TForm1"), read as StreamRootClassName.
+struct TStreamRoot {
+  std::string Name;
+  std::string ClassName;
+};
+TStreamRoot StreamRoot(std::string_view stream);

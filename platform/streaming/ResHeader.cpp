@@ -3,6 +3,7 @@
 #include "platform/streaming/RtlConsts.h"
 #include "platform/streaming/SysUtils.h"
 
+#include <algorithm>
 #include <cstring>
 
 std::size_t ResHeaderLength(std::string_view probe) {
@@ -13,6 +14,16 @@ std::size_t ResHeaderLength(std::string_view probe) {
   std::memcpy(buffer, probe.data(), n);
   if (buffer[0] != 0xFF || buffer[1] != 0x0A || buffer[2] != 0x00) throw EInvalidImage(RtlConsts::SInvalidImage);
   return std::strlen(reinterpret_cast<const char*>(buffer + 3)) + 10;
+}
+
+bool HasResHeader(std::string_view data) {
+  return data.size() >= 2 && static_cast<unsigned char>(data[0]) == 0xFF && data[1] == 0x0A &&
+         (data.size() == 2 || data[2] == 0x00);
+}
+
+std::string ResHeaderName(std::string_view data) {
+  const std::size_t length = ResHeaderLength(data.substr(0, ResHeaderProbeSize)) - 10;
+  return std::string(data.substr(std::min<std::size_t>(3, data.size()), length));
 }
 
 std::size_t ReadResHeader(std::string_view data) {

@@ -18,6 +18,14 @@ inline constexpr std::uint16_t ResHeaderFlags = 0x1030;
 // `probe` does not start with 0xFF 0x0A 0x00. The flags and size fields are not checked.
 std::size_t ResHeaderLength(std::string_view probe);
 
+// Whether `data` starts with a resource header as the rule above reads it (0xFF 0x0A
+// 0x00; a file that ends after 0xFF 0x0A reads its third byte as zero).
+bool HasResHeader(std::string_view data);
+
+// The resource name of the header at the start of `data` ("TFORM1"), as far as the
+// rule reads it; raises like ResHeaderLength.
+std::string ResHeaderName(std::string_view data);
+
 // Offset of the stream after the resource header at the start of `data`, never beyond
 // data.size(); raises EInvalidImage "Invalid stream format" when there is no header.
 std::size_t ReadResHeader(std::string_view data);

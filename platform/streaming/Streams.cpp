@@ -2,6 +2,7 @@
 
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/RtlConsts.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/SysUtils.h"
 
 #include <cerrno>
@@ -187,10 +188,7 @@ std::string TCustomMemoryStream::ReadRest() {
 
 void TCustomMemoryStream::SaveToStream(TStream& stream) const { stream.WriteBuffer(View()); }
 
-void TCustomMemoryStream::SaveToFile(const std::string& fileName) const {
-  TFileStream file(fileName, fmCreate);
-  SaveToStream(file);
-}
+void TCustomMemoryStream::SaveToFile(const std::string& fileName) const { SaveFile(fileName, View()); }
 
 TMemoryStream::TMemoryStream(std::string bytes) : FData(std::move(bytes)) { Sync(); }
 
@@ -259,37 +257,27 @@ std::string TStringStream::ReadString(std::int64_t count) {
 // --- whole files -------------------------------------------------------------
 
 std::string ReadFileToString(const std::string& fileName) {
-  TFileStream file(fileName, fmOpenRead | fmShareDenyWrite);
-  return file.ReadRest();
-}
-
-void WriteFileAtomically(const std::string& fileName, std::string_view bytes) {
-  std::string temp = fileName + ".~tmp" + std::to_string(::getpid());
-  const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (fd < 0) throw EFCreateError(Format(RtlConsts::SFCreateError, fileName));
-  bool ok = true;
-  const char* p = bytes.data();
-  std::size_t left = bytes.size();
-  while (left > 0 && ok) {
-    const ssize_t n = ::write(fd, p, left);
+  // Without O_NONBLOCK a pipe would wait for a writer; only a regular file is read.
+  const int handle = ::open(fileName.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (handle < 0) throw EFOpenError(Format(RtlConsts::SFOpenError, fileName));
+  struct stat st {};
+  if (::fstat(handle, &st) != 0 || !S_ISREG(st.st_mode)) {
+    ::close(handle);
+    throw EFOpenError(Format(RtlConsts::SFOpenError, fileName));
+  }
+  std::string bytes;
+  bytes.reserve(static_cast<std::size_t>(st.st_size));
+  char buffer[65536];
+  for (;;) {
+    const ssize_t n = ::read(handle, buffer, sizeof buffer);
     if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) {
-      ok = false;
-      break;
+    if (n < 0) {
+      ::close(handle);
+      RaiseReadError();
     }
-    p += n;
-    left -= static_cast<std::size_t>(n);
+    if (n == 0) break;
+    bytes.append(buffer, static_cast<std::size_t>(n));
   }
-  if (ok && ::fsync(fd) != 0) ok = false;
-  if (::close(fd) != 0) ok = false;
-  if (ok) {
-    // Keep the permissions of the file being replaced.
-    struct stat st {};
-    if (::stat(fileName.c_str(), &st) == 0) ::chmod(temp.c_str(), st.st_mode & 07777);
-    if (::rename(temp.c_str(), fileName.c_str()) != 0) ok = false;
-  }
-  if (!ok) {
-    ::unlink(temp.c_str());
-    throw EWriteError(Format("%s: %s", RtlConsts::SWriteError, fileName));
-  }
+  ::close(handle);
+  return bytes;
 }

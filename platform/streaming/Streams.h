@@ -10,7 +10,8 @@
 enum TSeekOrigin { soBeginning = 0, soCurrent = 1, soEnd = 2 };
 
 // Open modes of TFileStream (the share bits are accepted and ignored on Linux).
-inline constexpr std::uint16_t fmCreate = 0xFFFF;        // create or truncate, read and write
+inline constexpr std::uint16_t fmCreate = 0xFFFF;        // create or truncate, read and write (whole files
+                                                         // are saved with SaveFile instead)
 inline constexpr std::uint16_t fmOpenRead = 0x0000;      // existing file, read only
 inline constexpr std::uint16_t fmOpenWrite = 0x0001;     // existing file, write only
 inline constexpr std::uint16_t fmOpenReadWrite = 0x0002; // existing file, read and write
@@ -107,7 +108,7 @@ public:
   std::string_view View() const { return {FMemory, FSize}; }
   // Writes the whole block to `stream`.
   void SaveToStream(TStream& stream) const;
-  // Writes the whole block to a new file; raises EFCreateError.
+  // Saves the whole block as the file (see SaveFile.h); raises ESaveError.
   void SaveToFile(const std::string& fileName) const;
 
 protected:
@@ -160,8 +161,6 @@ public:
   void WriteString(std::string_view text) { WriteBuffer(text); }
 };
 
-// Reads a whole file into memory; raises EFOpenError "Cannot open file %s" or EReadError.
+// Reads a whole regular file into memory; raises EFOpenError "Cannot open file %s" (also
+// for a folder, a pipe or a device) or EReadError.
 std::string ReadFileToString(const std::string& fileName);
-// Writes `bytes` to `fileName` through a temporary file that replaces it only when
-// complete; raises EFCreateError "Cannot create file %s" or EWriteError.
-void WriteFileAtomically(const std::string& fileName, std::string_view bytes);

@@ -338,7 +338,12 @@ private:
       NextToken();
     }
     FWriter.WriteComponentHeader(flags, childPos, className, name);
-    if (FReference) AppendComponentKey(FKey, name, index, siblings ? siblings->Occurrence(name) : 0);
+    if (FReference) {
+      AppendComponentKey(FKey, name, index, siblings ? siblings->Occurrence(name) : 0);
+      // The properties come before the children: these are this component's alone.
+      FPropertyNames.Clear();
+      FReferenceComponent = FReference->FindComponent(FKey);
+    }
     while (!(SymbolIs("end") || AtObjectKeyword())) {
       if (FToken == toEOF) Error(Format(RtlConsts::SSymbolExpected, "end"));
       ConvertProperty(depth, true);
@@ -643,12 +648,9 @@ private:
     std::string& out = FWriter.Output();
     const std::size_t nameLength = static_cast<unsigned char>(out[nameAt]);
     const std::size_t valueAt = nameAt + 1 + nameLength;
-    FLookup.assign(FKey);
-    FLookup.push_back('\x01');
-    FLookup.append(out, nameAt + 1, nameLength);
-    AppendPropertyOccurrence(FLookup, FPropertyCounts[FLookup]++);
+    const std::string_view name = std::string_view(out).substr(nameAt + 1, nameLength);
+    const std::string_view theirs = FReference->FindProperty(FReferenceComponent, name, FPropertyNames.Occurrence(name));
     const std::string_view ours(out.data() + valueAt, out.size() - valueAt);
-    const std::string_view theirs = FReference->Find(FLookup);
     if (theirs.data() == nullptr || theirs == ours) return;
     try {
       if (ObjectValueToText(ours) != ObjectValueToText(theirs)) return;
@@ -673,8 +675,8 @@ private:
   TValueWriter FWriter;
   const TReferenceValues* FReference = nullptr;
   std::string FKey;
-  std::string FLookup;
-  std::unordered_map<std::string, int> FPropertyCounts;
+  TPropertyNames FPropertyNames;
+  TReferenceValues::TComponent FReferenceComponent;
 
 public:
   void SetReference(const TReferenceValues* reference) { FReference = reference; }

@@ -114,7 +114,51 @@ int CharsetToCodePage(TFontCharset charset) {
   }
 }
 
-QString AnsiToUnicode(std::string_view bytes, TFontCharset charset) {
+namespace {
+
+// One character at a time: each byte sequence that decodes to a character which encodes
+// back to the same bytes becomes that character; every other byte is kept as itself.
+// Some code pages map two byte sequences to one character (Shift-JIS has NEC and IBM
+// copies of the same rows), and only this keeps both.
+QString DecodeExactly(std::string_view bytes, TFontCharset charset) {
+  QString result;
+  result.reserve(static_cast<qsizetype>(bytes.size()));
+  iconv_t cd = Converter(CharsetToCodePage(charset), true);
+  std::size_t i = 0;
+  while (i < bytes.size()) {
+    const unsigned char b = static_cast<unsigned char>(bytes[i]);
+    if (b < 0x80) {
+      result.append(QChar(static_cast<char16_t>(b)));
+      ++i;
+      continue;
+    }
+    bool taken = false;
+    for (std::size_t n = 1; n <= 2 && !taken && i + n <= bytes.size(); ++n) {
+      if (!Valid(cd)) break;
+      iconv(cd, nullptr, nullptr, nullptr, nullptr);
+      char16_t out[4];
+      char* in = const_cast<char*>(bytes.data() + i);
+      std::size_t inLeft = n;
+      char* outPtr = reinterpret_cast<char*>(out);
+      std::size_t outLeft = sizeof(out);
+      if (iconv(cd, &in, &inLeft, &outPtr, &outLeft) == static_cast<std::size_t>(-1) || inLeft != 0) continue;
+      const QString ch(reinterpret_cast<const QChar*>(out), static_cast<qsizetype>((sizeof(out) - outLeft) / 2));
+      if (ch.isEmpty() || UnicodeToAnsi(ch, charset) != bytes.substr(i, n)) continue;
+      result.append(ch);
+      i += n;
+      taken = true;
+    }
+    if (!taken) {
+      AppendKeptByte(result, b);
+      ++i;
+    }
+  }
+  if (Valid(cd)) iconv(cd, nullptr, nullptr, nullptr, nullptr);
+  return result;
+}
+
+// The whole text through the converter at once.
+QString AnsiToUnicodeFast(std::string_view bytes, TFontCharset charset) {
   QString result;
   if (bytes.empty()) return result;
   bool ascii = true;
@@ -154,6 +198,17 @@ QString AnsiToUnicode(std::string_view bytes, TFontCharset charset) {
     }
   }
   if (Valid(cd)) FlushDecoder(cd, out, result);
+  return result;
+}
+
+}  // namespace
+
+QString AnsiToUnicode(std::string_view bytes, TFontCharset charset) {
+  QString result = AnsiToUnicodeFast(bytes, charset);
+  // Only characters that turn back into the same bytes may stand for them.
+  const bool ascii = result.size() == static_cast<qsizetype>(bytes.size()) &&
+                     std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  if (!ascii && UnicodeToAnsi(result, charset) != bytes) return DecodeExactly(bytes, charset);
   return result;
 }
 

@@ -1,21 +1,26 @@
 #include "platform/vcl/FormRender.h"
 
 #include "platform/rtti/Reader.h"
-#include "platform/streaming/ObjectText.h"
-#include "platform/streaming/ResHeader.h"
+#include "platform/streaming/FormFile.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/ClassicFrame.h"
 #include "platform/vcl/VclClasses.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QCursor>
-#include <QFile>
 #include <QPainter>
 #include <QPixmap>
 
 #include <algorithm>
 
 TFormLoadResult LoadFormFile(TCustomForm* form, std::string_view data) {
+  TFormFile file{std::string(data)};
+  return LoadFormFile(form, file);
+}
+
+TFormLoadResult LoadFormFile(TCustomForm* form, TFormFile& file) {
   TFormLoadResult result;
   auto note = [&](const std::string& message) {
     if (std::find(result.Errors.begin(), result.Errors.end(), message) == result.Errors.end()) {
@@ -33,18 +38,7 @@ TFormLoadResult LoadFormFile(TCustomForm* form, std::string_view data) {
     };
   };
   try {
-    std::string converted;
-    std::string_view stream;
-    switch (DetectFormFileFormat(data)) {
-      case TFormFileFormat::Resource: stream = data.substr(ReadResHeader(data)); break;
-      case TFormFileFormat::Stream: stream = data; break;
-      case TFormFileFormat::Text:
-        converted = ObjectTextToBinary(data);
-        stream = converted;
-        break;
-      default: throw EInvalidImage("Invalid stream format");
-    }
-    ReadComponentFromBinary(form, stream, prepare);
+    ReadComponentFromBinary(form, file.Stream(), prepare);
     result.Read = true;
   } catch (const Exception& e) {
     note(e.Message());
@@ -78,21 +72,32 @@ QImage RenderForm(TCustomForm* form) {
 
 bool RenderFormFileToPng(const std::string& formFile, const std::string& pngFile, std::vector<std::string>& errors) {
   RegisterVclClasses();
-  QFile in(QString::fromStdString(formFile));
-  if (!in.open(QIODevice::ReadOnly)) {
-    errors.push_back(Format("Cannot open file %s", formFile));
+  TFormFile file;
+  try {
+    file = TFormFile::Read(formFile);
+  } catch (const Exception& e) {
+    errors.push_back(e.Message());
     return false;
   }
-  const QByteArray bytes = in.readAll();
   auto* form = new TForm(Application);
-  const TFormLoadResult loaded = LoadFormFile(form, std::string_view(bytes.constData(), static_cast<size_t>(bytes.size())));
+  const TFormLoadResult loaded = LoadFormFile(form, file);
   errors.insert(errors.end(), loaded.Errors.begin(), loaded.Errors.end());
   bool ok = loaded.Read;
   if (ok) {
     const QImage image = RenderForm(form);
-    if (image.isNull() || !image.save(QString::fromStdString(pngFile), "PNG")) {
-      errors.push_back(Format("Cannot create file %s", pngFile));
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    if (image.isNull() || !image.save(&buffer, "PNG")) {
+      errors.push_back(Format("Cannot create file %s: the picture cannot be encoded", pngFile));
       ok = false;
+    } else {
+      try {
+        SaveFile(pngFile, std::string_view(png.constData(), static_cast<std::size_t>(png.size())));
+      } catch (const ESaveError& e) {
+        errors.push_back(e.Message());
+        ok = false;
+      }
     }
   }
   delete form;

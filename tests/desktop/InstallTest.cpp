@@ -1,7 +1,7 @@
 // Lumora installed into a fresh prefix, as `cmake --install` puts it: every file is
 // there, the launcher is valid, form files are known by name and by content, and the
 // installed programs run, with the settings in the user's configuration folder.
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QCoreApplication>
 #include <QImage>

@@ -4,7 +4,7 @@
 
 #include "foundation/joIniFile.h"
 #include "foundation/joOpenURL.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QApplication>
 #include <QDesktopServices>

@@ -1,6 +1,7 @@
 #include "foundation/IniFiles.h"
 
-#include "tests/foundation/TempDir.h"
+#include "tests/support/SaveFailures.h"
+#include "tests/support/TempDir.h"
 #include "tests/support/Corpus.h"
 
 #include <gtest/gtest.h>
@@ -209,6 +210,35 @@ TEST(IniFiles, AReadOnlyFolderGivesAClearErrorAndLosesNothing) {
   EXPECT_EQ(WriteError([&] { ini.WriteBool("Main", "Flag", true); }),
             "Cannot write the settings file \"" + name + "\": its folder is read-only");
   EXPECT_EQ(ReadFileBytes(name), "[Main]\nLeft=5\n");
+}
+
+TEST(IniFiles, AFullDeviceGivesAClearErrorAndLosesNothing) {
+  TTempDir dir;
+  std::string name = dir / "a.ini";
+  WriteBytes(name, "[Main]\nLeft=5\n");
+  TIniFile ini(name);
+  {
+    lumora::test::TFailingDevice device(20);
+    EXPECT_EQ(WriteError([&] { ini.WriteString("Main", "Caption", "a value longer than the device takes"); }),
+              "Cannot write the settings file \"" + name + "\": File too large");
+  }
+  EXPECT_EQ(ReadFileBytes(name), "[Main]\nLeft=5\n");
+  EXPECT_EQ(lumora::test::FolderEntries(dir.Path()), Lines{"a.ini"});
+}
+
+TEST(IniFiles, AFolderClosedToTheUserGivesAClearErrorAndLosesNothing) {
+  TTempDir dir;
+  fs::create_directory(dir.Path() / "ro");
+  std::string name = dir / "ro/a.ini";
+  WriteBytes(name, "[Main]\nLeft=5\n");
+  ::chmod(name.c_str(), 0666);
+  // Write permission for its owner only, and the user is another one.
+  lumora::test::MakeReadOnlyForOthers(dir.Path() / "ro");
+  const std::string message =
+      lumora::test::RunAsOtherUser([&] { return WriteError([&] { TIniFile(name).WriteInteger("Main", "Left", 6); }); });
+  EXPECT_EQ(message, "Cannot write the settings file \"" + name + "\": its folder is read-only");
+  EXPECT_EQ(ReadFileBytes(name), "[Main]\nLeft=5\n");
+  EXPECT_EQ(lumora::test::FolderEntries(dir.Path() / "ro"), Lines{"a.ini"});
 }
 
 TEST(IniFiles, UnwritablePlacesGiveClearErrors) {

@@ -5,7 +5,7 @@
 #include "foundation/ApEvent.h"
 #include "foundation/FrmAbout.h"
 #include "platform/vcl/Dialogs.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QApplication>
 #include <QGuiApplication>

@@ -2,7 +2,7 @@
 #include "foundation/joPropPath.h"
 
 #include "tests/foundation/FoundTestObjects.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 #include "tests/support/Corpus.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 // Lumora's programs, files without one, and damaged files.
 #include "foundation/joVerInfo.h"
 
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 #include "tests/support/Corpus.h"
 #include "tests/support/PeBuilder.h"
 

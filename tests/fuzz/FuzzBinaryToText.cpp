@@ -1,6 +1,8 @@
 // Binary stream (or resource file) to text: any bytes give a runtime error or a text.
-// When that text parses, the stream it gives comes back exactly through text.
+// When that text parses, the stream it gives comes back exactly through text. Checking
+// a stream without making its text fails exactly when the conversion fails.
 
+#include "platform/streaming/FormFile.h"
 #include "platform/streaming/ObjectText.h"
 
 #include <cstdio>
@@ -8,12 +10,27 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
+  TFormFile file{std::string(input)};
+  const std::string_view stream = file.HasResourceHeader() ? file.Stream() : input;
+  std::string checkError = "(none)";
+  try {
+    CheckObjectBinary(stream);
+  } catch (const Exception& e) {
+    checkError = e.Message();
+  }
   std::string text;
   try {
-    text = DetectFormFileFormat(input) == TFormFileFormat::Resource ? ObjectResourceToText(input)
-                                                                     : ObjectBinaryToText(input);
-  } catch (const Exception&) {
+    text = ObjectBinaryToText(stream);
+  } catch (const Exception& e) {
+    if (e.Message() != checkError) {
+      std::fprintf(stderr, "the check says \"%s\", the conversion \"%s\"\n", checkError.c_str(), e.Message().c_str());
+      std::abort();
+    }
     return 0;
+  }
+  if (checkError != "(none)") {
+    std::fprintf(stderr, "the check fails a stream that converts: %s\n", checkError.c_str());
+    std::abort();
   }
   std::string binary;
   try {

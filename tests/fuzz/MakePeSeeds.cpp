@@ -4,6 +4,7 @@
 // Usage: make_pe_seeds <output folder> <program>...
 
 #include "platform/streaming/PeImage.h"
+#include "platform/streaming/SaveFile.h"
 #include "platform/streaming/Streams.h"
 #include "tests/support/PeBuilder.h"
 
@@ -62,7 +63,7 @@ int main(int argc, char** argv) {
   int written = 0;
   auto write = [&](const std::string& name, const std::string& bytes) {
     if (bytes.empty() || bytes.size() > 65536) return;
-    WriteFileAtomically((out / name).string(), bytes);
+    SaveFile((out / name).string(), bytes);
     ++written;
   };
   for (int i = 2; i < argc; ++i) {

@@ -5,7 +5,7 @@
 #include "liveform/F_PackCfg.h"
 
 #include "liveform/PackConfig.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QApplication>
 #include <QListWidget>

@@ -31,7 +31,7 @@ class LiveCorpusTest : public ::testing::Test {
 protected:
   void SetUp() override {
     Application->Initialize();
-    RegisterVclClasses();
+    UseTheControls();
     FinalizeApEvent();
   }
   void TearDown() override { FinalizeApEvent(); }

@@ -2,6 +2,7 @@
 // What the live form tests share: a designer over a form document, a clock the tests
 // move by hand, and ways to reach the system menu and the caption of a live form.
 
+#include "liveform/PackConfig.h"
 #include "liveform/joDesigner.h"
 #include "liveform/joObjInspector.h"
 #include "platform/rtti/Strings.h"
@@ -32,6 +33,17 @@ struct TManualClock {
   }
   ~TManualClock() { TjoDesigner::SetTickSource(nullptr); }
 };
+
+// The controls' classes for the live forms of a test. The package list is not read from
+// the test program's settings: the loader holds an entry for the standard package, not
+// loaded, and the classes are registered here.
+inline void UseTheControls() {
+  RegisterVclClasses();
+  if (Loader()->Count() == 0) {
+    Loader()->Add("dclstd.so", false);
+    Loader()->SetDirty(false);
+  }
+}
 
 // Loads form text into a designer's document.
 inline void LoadText(TjoDesigner& designer, const std::string& text) {

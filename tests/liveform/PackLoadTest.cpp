@@ -8,7 +8,7 @@
 #include "foundation/IniFiles.h"
 #include "platform/vcl/Dialogs.h"
 #include "platform/vcl/Forms.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 #include "tests/support/Errors.h"
 
 #include <gtest/gtest.h>

@@ -5,7 +5,10 @@
 
 #include "foundation/ApEvent.h"
 #include "platform/vcl/Keys.h"
+#include "platform/streaming/SysUtils.h"
+#include "platform/vcl/ComCtrls.h"
 #include "platform/vcl/StdCtrls.h"
+#include "textedit/DFM_ResEdit.h"
 #include "tests/liveform/LiveFormTestUtil.h"
 
 #include <QLineEdit>
@@ -71,7 +74,7 @@ class DesignerTest : public ::testing::Test {
 protected:
   void SetUp() override {
     Application->Initialize();
-    RegisterVclClasses();
+    UseTheControls();
     FinalizeApEvent();
     designer = std::make_unique<TjoDesigner>();
     LoadText(*designer, kSample);
@@ -693,4 +696,188 @@ TEST_F(DesignerTest, ChangingTheShortcutsRewritesTheMenuTextOfEveryLiveForm) {
   TjoDesigner::SetShowInspectorShortCut(oldInspector);
   // A live form made later shows the keys of its time.
   EXPECT_EQ(GetSystemMenu(other)->ItemText(SC_JO_SHOWINSPECTOR), "Show Object Inspector\tF11");
+}
+
+// ---- The text view
+
+namespace {
+
+class DesignerTextTest : public DesignerTest {
+protected:
+  void SetUp() override {
+    DesignerTest::SetUp();
+    window = new TForm(Application);
+    window->SetBounds(0, 0, 500, 400);
+    editor = new TjoDFM_ResourceEditor(window);
+    editor->SetName("Editor");
+    editor->SetParent(window);
+    editor->SetAlign(alClient);
+    editor->SetReadOnly(false);
+    editor->SetStatusBarVisible(true);
+  }
+  void TearDown() override {
+    DesignerTest::TearDown();
+    delete window;
+  }
+  // The line of the editor's text that starts with `start` (blanks skipped).
+  int LineOf(const std::string& start) {
+    TStrings* lines = editor->RichEdit()->Lines();
+    for (int i = 0; i < lines->Count(); ++i) {
+      if (Trim(lines->Strings(i)).rfind(start, 0) == 0) return i;
+    }
+    return -1;
+  }
+  // Changes a line as the user would: the text becomes modified.
+  void Edit(const std::string& start, const std::string& line) {
+    const int i = LineOf(start);
+    ASSERT_GE(i, 0) << start;
+    editor->RichEdit()->Lines()->SetStrings(i, line);
+    ASSERT_TRUE(editor->Modified());
+  }
+
+  TForm* window = nullptr;
+  TjoDFM_ResourceEditor* editor = nullptr;
+};
+
+}  // namespace
+
+TEST_F(DesignerTextTest, ViewAsTextLoadsTheAttachedEditorOnceAndBringsItForward) {
+  designer->Caption = "sample.dfm";
+  designer->SetTextEditor(editor);
+  TfixFormFFF* form = ShowActive(*designer);
+  QTest::keyClick(Find<TEdit>(*designer, "Edit1")->Widget(), Qt::Key_F12);
+  EXPECT_EQ(editor->RichEdit()->Lines()->Strings(0), "object Form1: TForm1");
+  EXPECT_EQ(editor->SourceStream(), std::string(designer->Document()->Data()));
+  EXPECT_FALSE(editor->Modified());
+  ASSERT_NE(editor->StatusBar(), nullptr);
+  ASSERT_EQ(editor->StatusBar()->Panels()->Count(), 4);
+  EXPECT_EQ(editor->StatusBar()->Panels()->Items(3)->Text(), "sample.dfm");
+  EXPECT_TRUE(window->Visible());
+  // Loaded once: what the user typed since stays.
+  Edit("Caption = 'Live sample'", "  Caption = 'Typed'");
+  ChooseFromMenu(OpenSystemMenuFromIcon(form), SC_JO_VIEWASTEXT);
+  EXPECT_GE(LineOf("Caption = 'Typed'"), 0);
+  // Without an editor, the owner is asked to make one.
+  int asked = 0;
+  designer->OnShowText = [&](TjoDesigner* d) {
+    ++asked;
+    d->SetTextEditor(editor);
+  };
+  designer->SetTextEditor(nullptr);
+  designer->ShowText();
+  EXPECT_EQ(asked, 1);
+  EXPECT_EQ(designer->TextEditor(), editor);
+}
+
+TEST_F(DesignerTextTest, AttachingAnEditorFillsItWithTheDocumentsText) {
+  designer->Caption = "sample.dfm";
+  designer->SetTextEditor(editor);
+  EXPECT_EQ(editor->RichEdit()->Lines()->Strings(0), "object Form1: TForm1");
+  EXPECT_GE(LineOf("Caption = 'Live sample'"), 0);
+  EXPECT_FALSE(editor->Modified());
+  EXPECT_EQ(editor->StatusBar()->Panels()->Items(3)->Text(), "sample.dfm");
+  // The owner's View As Text attaches a cleared editor: F12 shows it filled.
+  designer->SetTextEditor(nullptr);
+  editor->Clear();
+  designer->OnShowText = [&](TjoDesigner* d) {
+    editor->Clear();
+    d->SetTextEditor(editor);
+  };
+  TfixFormFFF* form = ShowActive(*designer);
+  QTest::keyClick(form->Widget(), Qt::Key_F12);
+  EXPECT_EQ(editor->RichEdit()->Lines()->Strings(0), "object Form1: TForm1");
+  EXPECT_TRUE(window->Visible());
+}
+
+TEST_F(DesignerTextTest, ModifiedTextThatDoesNotCompileShowsNothing) {
+  designer->SetTextEditor(editor);
+  designer->ShowText();
+  Edit("Caption = 'Live sample'", "  Caption = 'never closed");
+  EXPECT_THROW(designer->Show(), EParserError);
+  EXPECT_EQ(designer->HostForm(), nullptr);
+  EXPECT_TRUE(editor->Modified());
+  // A live form already shown stays as it was.
+  Edit("Caption = 'never closed", "  Caption = 'Live sample'");
+  designer->Show();
+  TfixFormFFF* form = designer->HostForm();
+  ASSERT_NE(form, nullptr);
+  form->Hide();
+  Edit("Caption = 'Live sample'", "  Caption = 'again never closed");
+  EXPECT_THROW(designer->Show(), EParserError);
+  EXPECT_FALSE(form->Visible());
+  EXPECT_EQ(form->Caption(), "Live sample");
+}
+
+TEST_F(DesignerTextTest, ModifiedTextThatCompilesIsWhatTheLiveFormShows) {
+  designer->SetTextEditor(editor);
+  designer->ShowText();
+  designer->ShowInspector();
+  Edit("Caption = 'Live sample'", "  Caption = 'Edited in the text'");
+  designer->Show();
+  ASSERT_NE(designer->HostForm(), nullptr);
+  EXPECT_EQ(designer->HostForm()->Caption(), "Edited in the text");
+  EXPECT_FALSE(editor->Modified());
+  EXPECT_EQ(std::string(designer->Document()->Data()), editor->SourceStream());
+  // The inspector shows the new text as well.
+  ASSERT_TRUE(designer->Inspector()->SelectComponent("Form1", ""));
+  const TStrings* props = designer->Inspector()->Propertyes->Lines();
+  bool found = false;
+  for (int i = 0; i < props->Count(); ++i) found = found || props->Strings(i) == "  Caption = 'Edited in the text'";
+  EXPECT_TRUE(found);
+  // A change of the shown live form's document is followed by both views.
+  Edit("Caption = 'Edited in the text'", "  Caption = 'Second edit'");
+  designer->Show();
+  EXPECT_EQ(designer->HostForm()->Caption(), "Second edit");
+}
+
+TEST_F(DesignerTextTest, ANewDocumentStateReloadsTheAttachedText) {
+  designer->SetTextEditor(editor);
+  designer->ShowText();
+  LoadText(*designer, "object Other: TForm\r\n  Caption = 'Reloaded'\r\nend\r\n");
+  EXPECT_EQ(editor->RichEdit()->Lines()->Strings(0), "object Other: TForm");
+  EXPECT_FALSE(editor->Modified());
+}
+
+TEST_F(DesignerTextTest, TheDesignerForgetsAnEditorThatIsDestroyed) {
+  designer->SetTextEditor(editor);
+  delete editor;
+  editor = nullptr;
+  EXPECT_EQ(designer->TextEditor(), nullptr);
+  int asked = 0;
+  designer->OnShowText = [&](TjoDesigner*) { ++asked; };
+  designer->ShowText();
+  EXPECT_EQ(asked, 1);
+}
+
+// ---- Packages
+
+TEST_F(DesignerTest, UnloadingAPackageClosesTheLiveFormsBuiltWithItsClassesFirst) {
+  const std::string package = std::string(LUMORA_TEST_PACKAGES) + "/tpk_base.so";
+  const int index = Loader()->Add(package, true);
+  ASSERT_TRUE(Loader()->IsLoaded(index));
+  LoadText(*designer,
+           "object Form1: TForm1\r\n"
+           "  object Thing1: TPkgBase\r\n"
+           "    Level = 3\r\n"
+           "  end\r\n"
+           "end\r\n");
+  second = std::make_unique<TjoDesigner>();
+  LoadText(*second, kSample);
+  ShowActive(*designer);
+  ShowActive(*second);
+  ASSERT_NE(designer->HostForm()->FindComponent("Thing1"), nullptr);
+  int gone = 0;
+  designer->OnLiveFormGone = [&](TjoDesigner*) { ++gone; };
+  Loader()->SetLoaded(index, false);
+  EXPECT_EQ(gone, 1);
+  EXPECT_EQ(designer->HostForm(), nullptr);
+  // A live form without the package's classes stays.
+  EXPECT_NE(second->HostForm(), nullptr);
+  // Shown again, the form is read without the class that left.
+  designer->Show();
+  EXPECT_EQ(designer->HostForm()->FindComponent("Thing1"), nullptr);
+  ASSERT_NE(DeferredErrors(), nullptr);
+  EXPECT_NE(DeferredErrors()->Text().find("Class TPkgBase not found"), std::string::npos);
+  Loader()->Delete(index);
+  Loader()->SetDirty(false);
 }

@@ -119,6 +119,10 @@ protected:
     for (int i = 0; i < form->bmi_WinList->Count(); ++i) captions.push_back(form->bmi_WinList->Items(i)->Caption());
     return captions;
   }
+  // Runs the event loop until `ready` holds, for at most five seconds.
+  static void WaitFor(const std::function<bool()>& ready) {
+    for (int i = 0; i < 250 && !ready(); ++i) RunFor(20);
+  }
   // Lets the deferred error report show its box (answered OK).
   void Idle() {
     SetUserQuestionHook([](const TUserQuestion&) { return int(mrOk); });
@@ -439,7 +443,8 @@ TEST_F(DocumentsTest, F12OfAnotherFormWithModifiedTextAsksFirstAndCancelKeepsThe
 TEST_F(DocumentsTest, AFormTextFileOnTheCommandLineOpensAsALiveForm) {
   const std::string path = TextFile("t.dfm", kFormText);
   Start({path});
-  RunFor(80);
+  WaitFor([&] { return form->DocumentCount() > 0 && (form->FEditorShown || form->DocumentDesigner(0)); });
+  RunFor(20);
   ASSERT_EQ(form->DocumentCount(), 1);
   ASSERT_NE(form->DocumentDesigner(0)->HostForm(), nullptr);
   EXPECT_EQ(form->DocumentDesigner(0)->HostForm()->Caption(), "First form");
@@ -450,7 +455,8 @@ TEST_F(DocumentsTest, WithViewAsFormOffTheCommandLineOpensTheTextReadOnly) {
   WriteIni("[SystemSetting]\nViewAsForm=0\n");
   const std::string path = Binary("a.dfm");
   Start({path});
-  RunFor(80);
+  WaitFor([&] { return form->DocumentCount() > 0 && (form->FEditorShown || form->DocumentDesigner(0)); });
+  RunFor(20);
   ASSERT_TRUE(form->FEditorShown);
   EXPECT_TRUE(Editor()->ReadOnly());
   EXPECT_EQ(form->FCurrentFile, path);
@@ -631,12 +637,13 @@ TEST_F(DocumentsTest, AFormTextFileDroppedOnTheBannerOpensAsALiveForm) {
   QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(form->Widget(), &drop);
   EXPECT_EQ(StartFileName(), path);
-  RunFor(80);
+  WaitFor([&] { return form->DocumentCount() > 0 && (form->FEditorShown || form->DocumentDesigner(0)); });
+  RunFor(20);
   ASSERT_EQ(form->DocumentCount(), 1);
   EXPECT_EQ(form->DocumentName(0), path);
   ASSERT_NE(form->DocumentDesigner(0)->HostForm(), nullptr);
   EXPECT_TRUE(form->DocumentDesigner(0)->HostForm()->Visible());
   EXPECT_EQ(form->DocumentDesigner(0)->HostForm()->Caption(), "From a drop");
-  // The save dialog will start where the dropped file is.
-  EXPECT_EQ(TFrm_mLumora::SharedSaveDialog()->InitialDir(), dir.Path().string());
+  // The save dialog, when it is made, will start where the dropped file is.
+  EXPECT_EQ(SaveDialogFolder(), path);
 }

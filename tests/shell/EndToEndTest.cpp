@@ -1,6 +1,6 @@
 // Lumora in a real process: started, driven, ended and started again, its settings kept
 // in between; a file handed over by a second process.
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QProcess>
 

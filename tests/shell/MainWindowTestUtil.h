@@ -10,7 +10,7 @@
 #include "foundation/joIniFile.h"
 #include "platform/vcl/Keys.h"
 #include "shell/F_WList.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QApplication>
 #include <QDropEvent>

@@ -3,7 +3,7 @@
 #include "shell/Relay.h"
 
 #include "resources/ResStrings.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

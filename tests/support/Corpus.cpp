@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -36,6 +37,32 @@ std::vector<fs::path> CorpusFiles(const std::string& folder, const std::string& 
   }
   std::sort(files.begin(), files.end());
   return files;
+}
+
+std::map<std::string, TProgramCounts> CorpusProgramCounts() {
+  std::map<std::string, TProgramCounts> rows;
+  const fs::path root = CorpusDir();
+  if (root.empty()) return rows;
+  std::ifstream in(root / "pe" / "manifest.tsv");
+  std::string line;
+  std::getline(in, line);
+  std::vector<std::string> columns;
+  std::stringstream header(line);
+  for (std::string column; std::getline(header, column, '\t');) columns.push_back(column);
+  const auto column = [&](const std::string& name) {
+    return static_cast<std::size_t>(std::find(columns.begin(), columns.end(), name) - columns.begin());
+  };
+  const std::size_t id = column("id"), forms = column("forms"), rcdata = column("rcdata");
+  if (id == columns.size() || forms == columns.size() || rcdata == columns.size())
+    throw std::runtime_error("pe/manifest.tsv lacks its id, forms or rcdata column");
+  while (std::getline(in, line)) {
+    std::vector<std::string> cells;
+    std::stringstream cellsIn(line);
+    for (std::string cell; std::getline(cellsIn, cell, '\t');) cells.push_back(cell);
+    if (cells.size() != columns.size()) continue;
+    rows[cells[id]] = {std::stoi(cells[forms]), std::stoi(cells[rcdata])};
+  }
+  return rows;
 }
 
 std::string ReadFileBytes(const fs::path& path) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,15 @@ std::filesystem::path CorpusDir();
 // Files of a corpus sub-folder ("bin", "text", "broken", "pairs"), sorted by name;
 // `suffix` filters by the end of the file name (".bin.dfm").
 std::vector<std::filesystem::path> CorpusFiles(const std::string& folder, const std::string& suffix = "");
+
+// What the manifest of the compiled programs ("pe/manifest.tsv") says of one program:
+// how many forms and how many RCDATA resources it holds.
+struct TProgramCounts {
+  int Forms = -1;
+  int RcData = -1;
+};
+// The manifest's rows by file name ("0001.exe"); empty without the corpus.
+std::map<std::string, TProgramCounts> CorpusProgramCounts();
 
 // The whole content of a file as bytes; throws std::runtime_error when it cannot be read.
 std::string ReadFileBytes(const std::filesystem::path& path);

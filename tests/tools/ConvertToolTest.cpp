@@ -3,11 +3,11 @@
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "tests/support/Corpus.h"
+#include "tests/support/PeBuilder.h"
+#include "tests/support/SaveFailures.h"
 
 #include <gtest/gtest.h>
-#include <grp.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -42,41 +43,12 @@ TToolResult RunTool(const std::vector<std::string>& Args, bool OutIsTerminal = f
 }
 
 // Runs the tool as an unprivileged user, so that permissions are enforced even when the
-// tests run as root. Without root it simply runs the tool.
+// tests run as root.
 TToolResult RunToolAsUser(const std::vector<std::string>& Args) {
-  if (::geteuid() != 0) return RunTool(Args);
-  int Pipe[2];
-  if (::pipe(Pipe) != 0) return {};
-  const pid_t Child = ::fork();
-  if (Child == 0) {
-    ::close(Pipe[0]);
-    int Status = 99;
-    std::string Out, Err;
-    if (::setgroups(0, nullptr) == 0 && ::setgid(65534) == 0 && ::setuid(65534) == 0) {
-      const TToolResult R = RunTool(Args);
-      Status = R.Status;
-      Out = R.Out;
-      Err = R.Err;
-    } else {
-      Err = "cannot change user";
-    }
-    const std::string Message = std::to_string(Status) + "\n" + std::to_string(Out.size()) + "\n" + Out + Err;
-    std::size_t Done = 0;
-    while (Done < Message.size()) {
-      const ssize_t N = ::write(Pipe[1], Message.data() + Done, Message.size() - Done);
-      if (N <= 0) break;
-      Done += static_cast<std::size_t>(N);
-    }
-    ::_exit(0);
-  }
-  ::close(Pipe[1]);
-  std::string Message;
-  char Buffer[4096];
-  ssize_t N;
-  while ((N = ::read(Pipe[0], Buffer, sizeof Buffer)) > 0) Message.append(Buffer, static_cast<std::size_t>(N));
-  ::close(Pipe[0]);
-  int WaitStatus = 0;
-  ::waitpid(Child, &WaitStatus, 0);
+  const std::string Message = lumora::test::RunAsOtherUser([&] {
+    const TToolResult R = RunTool(Args);
+    return std::to_string(R.Status) + "\n" + std::to_string(R.Out.size()) + "\n" + R.Out + R.Err;
+  });
   TToolResult R;
   std::istringstream In(Message);
   std::size_t OutSize = 0;
@@ -142,11 +114,7 @@ protected:
 
   // Names in a folder, to see that no temporary file was left behind.
   std::vector<std::string> Names(const std::string& Folder = "") const {
-    std::vector<std::string> Result;
-    for (const auto& E : fs::directory_iterator(Folder.empty() ? FDir : P(Folder)))
-      Result.push_back(E.path().filename().string());
-    std::sort(Result.begin(), Result.end());
-    return Result;
+    return lumora::test::FolderEntries(Folder.empty() ? FDir : P(Folder));
   }
 
   static std::string Binary(const char* Text = FormText) { return ObjectTextToResource(Text); }
@@ -164,7 +132,7 @@ TEST_F(ConvertTool, HelpListsEveryOptionAndTheOutputNames) {
   EXPECT_EQ(R.Err, "");
   for (const char* Option : {"-t, --text", "-b, --binary", "--check", "-o, --output PATH", "-i, --in-place",
                              "-f, --force", "-s, --recursive", "-e, --ext LIST", "--raw", "-v, --verbose",
-                             "-h, --help", "-V, --version", "@LIST"})
+                             "-h, --help", "-V, --version", "@LIST", "--list", "PROGRAM:NAME", "PROGRAM.forms"})
     EXPECT_NE(R.Out.find(Option), std::string::npos) << Option;
   EXPECT_NE(R.Out.find("Form1.dfm gives Form1.txt.dfm"), std::string::npos);
   EXPECT_NE(R.Out.find("default .dfm"), std::string::npos);
@@ -190,11 +158,11 @@ TEST_F(ConvertTool, WrongCommandLinesAreUsageErrors) {
   Write("a.dfm", Binary());
   const std::string A = S("a.dfm");
   const std::vector<std::pair<std::vector<std::string>, std::string>> Cases = {
-      {{}, "say what to do: -t (to text), -b (to binary) or --check"},
+      {{}, "say what to do: -t (to text), -b (to binary), --check or --list"},
       {{A}, "say what to do"},
       {{"-t"}, "no files given"},
-      {{"-t", "-b", A}, "choose one of -t, -b and --check"},
-      {{"--check", "-t", A}, "choose one of -t, -b and --check"},
+      {{"-t", "-b", A}, "choose one of -t, -b, --check and --list"},
+      {{"--check", "-t", A}, "choose one of -t, -b, --check and --list"},
       {{"-x", A}, "unknown option -x"},
       {{"--frobnicate", A}, "unknown option --frobnicate"},
       {{"-t", "-i", "-o", "out.dfm", A}, "-i and -o do not go together"},
@@ -679,6 +647,31 @@ TEST_F(ConvertTool, UnreadableFileAndReadOnlyFolder) {
   EXPECT_TRUE(Exists("tree/a/A.txt.dfm"));
 }
 
+TEST_F(ConvertTool, AFullDeviceLeavesTheFileAsItWasAndNoTemporary) {
+  Write("Form1.dfm", Binary());
+  TToolResult R;
+  {
+    lumora::test::TFailingDevice Device(100);
+    R = RunTool({"-t", "-i", S("Form1.dfm")});
+  }
+  EXPECT_EQ(R.Status, 1);
+  EXPECT_NE(R.Err.find(S("Form1.dfm") + ": cannot write: File too large"), std::string::npos) << R.Err;
+  EXPECT_EQ(Read("Form1.dfm"), Binary());
+  EXPECT_EQ(Names(), std::vector<std::string>{"Form1.dfm"});
+}
+
+TEST_F(ConvertTool, AReadOnlyFolderLeavesAReplacedOutputAsItWas) {
+  Write("open/Form1.dfm", Binary());
+  Write("open/Form1.txt.dfm", "previous");
+  fs::permissions(P("open/Form1.txt.dfm"), fs::perms::all);
+  lumora::test::MakeReadOnlyForOthers(P("open"));
+  const auto R = RunToolAsUser({"-t", "-f", S("open/Form1.dfm")});
+  EXPECT_EQ(R.Status, 1);
+  EXPECT_NE(R.Err.find(S("open/Form1.txt.dfm") + ": cannot write: Permission denied"), std::string::npos) << R.Err;
+  EXPECT_EQ(Read("open/Form1.txt.dfm"), "previous");
+  EXPECT_EQ(Names("open"), (std::vector<std::string>{"Form1.dfm", "Form1.txt.dfm"}));
+}
+
 // ------------------------------------------------------------------ --check
 
 TEST_F(ConvertTool, CheckReportsEachFileAndASummary) {
@@ -787,6 +780,239 @@ TEST_F(ConvertTool, CheckOnRealFiles) {
   EXPECT_EQ(R.Status, 0) << R.Out << R.Err;
   for (std::size_t I = 1; I < Args.size(); ++I) EXPECT_NE(R.Out.find(Args[I] + ": ok"), std::string::npos) << R.Out;
   EXPECT_NE(R.Out.find("Checked 7 files: 7 ok, 0 failed"), std::string::npos) << R.Out;
+}
+
+// ------------------------------------------------------------------ programs
+
+// A program holding the forms of these texts, each in an RCDATA resource named after its
+// root's class in upper case, beside an RCDATA resource that is no form.
+std::string Program(const std::vector<const char*>& Texts) {
+  std::vector<lumora::test::TBuiltResource> Resources{{"#10", "DVCLAL", 0, std::string(16, '\x01')}};
+  for (const char* Text : Texts) {
+    const std::string Stream = ObjectTextToBinary(Text);
+    Resources.push_back({"#10", UpperCase(StreamRootClassName(Stream)), 0, Stream});
+  }
+  return lumora::test::BuildPeImage(Resources).Bytes;
+}
+
+std::string StreamOf(const char* Text) { return ObjectTextToBinary(Text); }
+
+TEST_F(ConvertTool, ListShowsEveryFormOfAProgram) {
+  Write("Project1.exe", Program({FormText, OtherText}));
+  Write("Form1.dfm", Binary());
+  const auto R = RunTool({"--list", S("Project1.exe"), S("Form1.dfm")});
+  EXPECT_EQ(R.Status, 0) << R.Err;
+  EXPECT_EQ(R.Out, S("Project1.exe") + ":TFORM1  Form1: TForm1  " + std::to_string(StreamOf(FormText).size()) +
+                       " bytes\n" + S("Project1.exe") + ":TOTHERFORM  Other: TOtherForm  " +
+                       std::to_string(StreamOf(OtherText).size()) + " bytes\n" + S("Form1.dfm") +
+                       "  Form1: TForm1  " + std::to_string(StreamOf(FormText).size()) + " bytes\n");
+  EXPECT_EQ(R.Err, "Listed 3 forms, 0 failed.\n");
+  // One form by name, without regard to case.
+  const auto One = RunTool({"--list", S("Project1.exe") + ":tOtherForm"});
+  EXPECT_EQ(One.Status, 0) << One.Err;
+  EXPECT_EQ(One.Out, S("Project1.exe") + ":TOTHERFORM  Other: TOtherForm  " +
+                         std::to_string(StreamOf(OtherText).size()) + " bytes\n");
+  EXPECT_EQ(One.Err, "");
+  EXPECT_EQ(RunTool({"--list", "-o", S("out"), S("Project1.exe")}).Status, ConvertExitUsage);
+}
+
+TEST_F(ConvertTool, ToTextWritesEveryFormOfAProgramIntoAFolderBesideIt) {
+  const std::string Bytes = Program({FormText, OtherText});
+  Write("bin/Project1.exe", Bytes);
+  const auto R = RunTool({"-t", S("bin/Project1.exe")});
+  EXPECT_EQ(R.Status, 0) << R.Err;
+  EXPECT_EQ(Names("bin/Project1.exe.forms"), (std::vector<std::string>{"TFORM1.dfm", "TOTHERFORM.dfm"}));
+  EXPECT_EQ(Read("bin/Project1.exe.forms/TFORM1.dfm"), CanonicalText());
+  EXPECT_EQ(Read("bin/Project1.exe.forms/TOTHERFORM.dfm"), CanonicalText(OtherText));
+  EXPECT_EQ(Read("bin/Project1.exe"), Bytes);  // the program is never written
+  EXPECT_EQ(R.Err, "Converted 2 files, 0 failed.\n");
+
+  // Again: the forms are there, and are not replaced without -f.
+  const auto Again = RunTool({"-t", S("bin/Project1.exe")});
+  EXPECT_EQ(Again.Status, 1);
+  EXPECT_NE(Again.Err.find(S("bin/Project1.exe.forms/TFORM1.dfm") + ": exists; use -f to replace it"),
+            std::string::npos)
+      << Again.Err;
+  EXPECT_EQ(RunTool({"-t", "-f", S("bin/Project1.exe")}).Status, 0);
+
+  // The form text goes back to a binary form file as any text does.
+  const auto Back = RunTool({"-b", S("bin/Project1.exe.forms/TOTHERFORM.dfm")});
+  EXPECT_EQ(Back.Status, 0) << Back.Err;
+  EXPECT_EQ(Read("bin/Project1.exe.forms/TOTHERFORM.bin.dfm"), Binary(OtherText));
+}
+
+TEST_F(ConvertTool, OneFormOfAProgramByName) {
+  Write("Project1.exe", Program({FormText, OtherText}));
+  const auto R = RunTool({"-t", S("Project1.exe") + ":tform1"});
+  EXPECT_EQ(R.Status, 0) << R.Err;
+  EXPECT_EQ(Names("Project1.exe.forms"), (std::vector<std::string>{"TFORM1.dfm"}));
+  EXPECT_EQ(Read("Project1.exe.forms/TFORM1.dfm"), CanonicalText());
+  EXPECT_EQ(R.Err, "");
+
+  // To a file, to standard output, and as a binary form file.
+  EXPECT_EQ(RunTool({"-t", "-o", S("Other.dfm"), S("Project1.exe") + ":TOtherForm"}).Status, 0);
+  EXPECT_EQ(Read("Other.dfm"), CanonicalText(OtherText));
+  const auto Out = RunTool({"-t", "-o", "-", S("Project1.exe") + ":TOTHERFORM"});
+  EXPECT_EQ(Out.Status, 0) << Out.Err;
+  EXPECT_EQ(Out.Out, CanonicalText(OtherText));
+  EXPECT_EQ(RunTool({"-b", "-o", S("Other.bin.dfm"), S("Project1.exe") + ":TOtherForm"}).Status, 0);
+  EXPECT_EQ(Read("Other.bin.dfm"), Binary(OtherText));
+  // A bare stream is what the program holds already.
+  const auto Raw = RunTool({"-b", "--raw", "-o", S("Other.raw"), S("Project1.exe") + ":TOtherForm"});
+  EXPECT_EQ(Raw.Status, 0) << Raw.Err;
+  EXPECT_NE(Raw.Err.find(S("Project1.exe") + ":TOTHERFORM: already a bare TPF0 stream, skipped"), std::string::npos)
+      << Raw.Err;
+  EXPECT_FALSE(Exists("Other.raw"));
+}
+
+TEST_F(ConvertTool, TheFormsOfProgramsIntoTheOutputFolder) {
+  Write("Project1.exe", Program({FormText}));
+  Write("Tools.dll", Program({OtherText}));
+  const auto R = RunTool({"-t", "-o", S("forms"), S("Project1.exe"), S("Tools.dll")});
+  EXPECT_EQ(R.Status, 0) << R.Err;
+  EXPECT_EQ(Names("forms"), (std::vector<std::string>{"TFORM1.dfm", "TOTHERFORM.dfm"}));
+  EXPECT_EQ(Read("forms/TOTHERFORM.dfm"), CanonicalText(OtherText));
+  // One program into a folder that does not exist yet.
+  EXPECT_EQ(RunTool({"-t", "-o", S("one"), S("Tools.dll")}).Status, 0);
+  EXPECT_EQ(Read("one/TOTHERFORM.dfm"), CanonicalText(OtherText));
+  // Two forms of one name from two programs: the second is refused, not written over the first.
+  Write("Copy.exe", Program({FormText}));
+  const auto Twice = RunTool({"-t", "-o", S("two"), S("Project1.exe"), S("Copy.exe")});
+  EXPECT_EQ(Twice.Status, 1);
+  EXPECT_NE(Twice.Err.find(S("two/TFORM1.dfm") + ": already written from " + S("Project1.exe") +
+                           ":TFORM1 in this run"),
+            std::string::npos)
+      << Twice.Err;
+}
+
+TEST_F(ConvertTool, CheckRoundTripsEveryFormOfAProgram) {
+  Write("Project1.exe", Program({FormText, OtherText}));
+  const auto R = RunTool({"--check", S("Project1.exe")});
+  EXPECT_EQ(R.Status, 0) << R.Err;
+  EXPECT_EQ(R.Out, S("Project1.exe") + ":TFORM1: ok\n" + S("Project1.exe") + ":TOTHERFORM: ok\n" +
+                       "Checked 2 files: 2 ok, 0 failed.\n");
+}
+
+TEST_F(ConvertTool, RecursionFindsProgramsByTheirNameEndings) {
+  Write("apps/Project1.exe", Program({FormText}));
+  Write("apps/lib/Tools.dll", Program({OtherText}));
+  Write("apps/lib/Empty.bpl", Program({}));
+  Write("apps/readme.exe", "not a program");
+  Write("apps/Main.dfm", Binary());  // not among the name endings asked for
+  const auto R = RunTool({"-t", "-s", "-e", ".exe,.dll,.bpl", S("apps")});
+  EXPECT_EQ(R.Status, 0) << R.Err;
+  EXPECT_EQ(Read("apps/Project1.exe.forms/TFORM1.dfm"), CanonicalText());
+  EXPECT_EQ(Read("apps/lib/Tools.dll.forms/TOTHERFORM.dfm"), CanonicalText(OtherText));
+  EXPECT_FALSE(Exists("apps/lib/Empty.bpl.forms"));
+  EXPECT_FALSE(Exists("apps/Main.txt.dfm"));
+  EXPECT_NE(R.Err.find(S("apps") + "/lib/Empty.bpl: a program without forms, skipped"), std::string::npos) << R.Err;
+  EXPECT_NE(R.Err.find("Converted 2 files, 0 failed; 1 file was not a form; 1 program without forms."),
+            std::string::npos)
+      << R.Err;
+
+  // With -o the forms keep their program's path below the folder.
+  EXPECT_EQ(RunTool({"-t", "-s", "-e", "exe,dll,bpl", "-o", S("out"), S("apps")}).Status, 0);
+  EXPECT_EQ(Read("out/lib/Tools.dll.forms/TOTHERFORM.dfm"), CanonicalText(OtherText));
+  EXPECT_EQ(Read("out/Project1.exe.forms/TFORM1.dfm"), CanonicalText());
+
+  const auto L = RunTool({"--list", "-s", "-e", ".exe,.dll,.bpl", S("apps")});
+  EXPECT_EQ(L.Status, 0) << L.Err;
+  EXPECT_EQ(L.Out, S("apps") + "/Project1.exe:TFORM1  Form1: TForm1  " + std::to_string(StreamOf(FormText).size()) +
+                       " bytes\n" + S("apps") + "/lib/Tools.dll:TOTHERFORM  Other: TOtherForm  " +
+                       std::to_string(StreamOf(OtherText).size()) + " bytes\n");
+  EXPECT_NE(L.Err.find("Listed 2 forms, 0 failed; 1 file was not a form; 1 program without forms."),
+            std::string::npos)
+      << L.Err;
+}
+
+TEST_F(ConvertTool, ProgramsThatCannotGiveTheirForms) {
+  Write("Project1.exe", Program({FormText, OtherText}));
+  Write("Form1.dfm", Binary());
+  const auto Missing = RunTool({"-t", S("Project1.exe") + ":TMainForm"});
+  EXPECT_EQ(Missing.Status, 1);
+  EXPECT_EQ(Missing.Err, "lumora-convert: " + S("Project1.exe") +
+                             ": No form named TMainForm in the program; its forms are TFORM1, TOTHERFORM\n");
+  EXPECT_FALSE(Exists("Project1.exe.forms"));
+
+  const auto NotProgram = RunTool({"--list", S("Form1.dfm") + ":TForm1"});
+  EXPECT_EQ(NotProgram.Status, 1);
+  EXPECT_EQ(NotProgram.Err, "lumora-convert: " + S("Form1.dfm") +
+                                ": not a Windows program (.exe, .dll, .bpl), so it holds no form named TForm1\n");
+
+  // A program is never replaced, and -o for a whole program is a folder.
+  const auto InPlace = RunTool({"-t", "-i", S("Project1.exe")});
+  EXPECT_EQ(InPlace.Status, 1);
+  EXPECT_NE(InPlace.Err.find(S("Project1.exe") + ": a program is never replaced"), std::string::npos) << InPlace.Err;
+  const auto ToFile = RunTool({"-t", "-f", "-o", S("Form1.dfm"), S("Project1.exe")});
+  EXPECT_EQ(ToFile.Status, 1);
+  EXPECT_NE(ToFile.Err.find(S("Form1.dfm") + ": not a folder"), std::string::npos) << ToFile.Err;
+  EXPECT_EQ(Read("Form1.dfm"), Binary());
+  const auto Binaries = RunTool({"-b", "-o", "-", S("Project1.exe")});
+  EXPECT_EQ(Binaries.Status, 1);
+  EXPECT_NE(Binaries.Err.find("holds 2 forms; binary goes to standard output one form at a time"), std::string::npos)
+      << Binaries.Err;
+  EXPECT_EQ(Binaries.Out, "");
+
+  // A program cut short: the form whose data is lost is named, the others still come out.
+  const lumora::test::TBuiltImage Built = lumora::test::BuildPeImage(
+      {{"#10", "TFORM1", 0, StreamOf(FormText)}, {"#10", "TOTHERFORM", 0, StreamOf(OtherText)}});
+  Write("Cut.exe", Built.Bytes.substr(0, Built.ResourceOffset + Built.ResourceSize - 4));
+  const auto Cut = RunTool({"-t", S("Cut.exe")});
+  EXPECT_EQ(Cut.Status, 1);
+  EXPECT_NE(Cut.Err.find(S("Cut.exe") + ":TOTHERFORM: Resource TOTHERFORM of type #10"), std::string::npos) << Cut.Err;
+  EXPECT_NE(Cut.Err.find("run past the end of the file, which is cut short"), std::string::npos) << Cut.Err;
+  EXPECT_EQ(Read("Cut.exe.forms/TFORM1.dfm"), CanonicalText());
+  EXPECT_FALSE(Exists("Cut.exe.forms/TOTHERFORM.dfm"));
+  const auto CutCheck = RunTool({"--check", S("Cut.exe")});
+  EXPECT_EQ(CutCheck.Status, 1);
+  EXPECT_NE(CutCheck.Out.find(S("Cut.exe") + ":TOTHERFORM: FAILED: Resource TOTHERFORM"), std::string::npos)
+      << CutCheck.Out;
+
+  // Headers damaged beyond reading: the program is named with what is wrong.
+  Write("Damaged.exe", Built.Bytes.substr(0, Built.ResourceOffset + 4));
+  const auto Bad = RunTool({"--list", S("Damaged.exe")});
+  EXPECT_EQ(Bad.Status, 1);
+  EXPECT_EQ(Bad.Err.rfind("lumora-convert: " + S("Damaged.exe") + ": Resource directory (16 bytes at offset 0x600) runs past the end of the file", 0), 0u)
+      << Bad.Err;
+  EXPECT_EQ(Bad.Out, "");
+  // Too short to be a program at all.
+  Write("Stub.exe", Built.Bytes.substr(0, 0x40));
+  const auto Stub = RunTool({"--list", S("Stub.exe")});
+  EXPECT_EQ(Stub.Status, 1);
+  EXPECT_EQ(Stub.Err, "lumora-convert: " + S("Stub.exe") + ": neither a Windows program nor a form file\n");
+}
+
+TEST_F(ConvertTool, TheRealPrograms) {
+  LUMORA_REQUIRE_CORPUS();
+  const std::string Folder = (lumora::test::CorpusDir() / "pe").string();
+  const auto Counts = lumora::test::CorpusProgramCounts();
+
+  // Every form is listed, as many per program as the manifest says.
+  const auto L = RunTool({"--list", "-s", "-e", ".exe,.dll,.bpl", Folder});
+  EXPECT_EQ(L.Status, 0) << L.Err;
+  std::map<std::string, int> Listed;
+  std::istringstream Lines(L.Out);
+  for (std::string Line; std::getline(Lines, Line);) {
+    const std::string Program = Line.substr(0, Line.find(':', Folder.size()));
+    ++Listed[fs::path(Program).filename().string()];
+  }
+  ASSERT_EQ(Listed.size(), Counts.size()) << L.Out;
+  for (const auto& [Id, Row] : Counts) EXPECT_EQ(Listed[Id], Row.Forms) << Id;
+  EXPECT_NE(L.Err.find("Listed 64 forms, 0 failed."), std::string::npos) << L.Err;
+
+  // Every form comes back through its text to the same bytes.
+  const auto C = RunTool({"--check", "-s", "-e", ".exe,.dll,.bpl", Folder});
+  EXPECT_EQ(C.Status, 0) << C.Out << C.Err;
+  EXPECT_NE(C.Out.find("Checked 64 files: 64 ok, 0 failed"), std::string::npos) << C.Out;
+
+  // And every form comes out as text, beside each other in one folder per program.
+  const auto T = RunTool({"-t", "-s", "-e", ".exe,.dll,.bpl", "-o", S("forms"), Folder});
+  EXPECT_EQ(T.Status, 0) << T.Err;
+  EXPECT_NE(T.Err.find("Converted 64 files, 0 failed."), std::string::npos) << T.Err;
+  EXPECT_EQ(Names("forms/0003.exe.forms"), (std::vector<std::string>{"TFORM1.dfm", "TFRMPROGRESS.dfm",
+                                                                     "TLOGINDIALOG.dfm", "TPASSWORDDIALOG.dfm"}));
+  EXPECT_EQ(Read("forms/0003.exe.forms/TPASSWORDDIALOG.dfm").rfind("object PasswordDialog: TPasswordDialog\r\n", 0),
+            0u);
 }
 
 // ------------------------------------------------------------------ progress

@@ -14,6 +14,7 @@
 #include "platform/rtti/Writer.h"
 
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -46,11 +47,21 @@ LUMORA_CLASS_IMPL(TAnimate) {
   c.Property("AutoSize").Default(true);
 }
 
+namespace {
+constexpr int FramesPerSecond = 15;
+constexpr int StandInFrames = 16;
+}  // namespace
+
 TAnimate::TAnimate(TComponent* owner) : TWinControl(owner) {
   FWidth = 100;
   FHeight = 80;
   FAutoSize = true;
   FColor = clBtnFace;
+}
+
+TAnimate::~TAnimate() {
+  FClock.reset();
+  DestroyWidget();
 }
 
 void TAnimate::CreateWidget() { AdoptWidget(new TPaintedWidget(this, false)); }
@@ -59,10 +70,50 @@ void TAnimate::SetActive(bool value) {
   if (FActive == value) return;
   FActive = value;
   if (!Loading(this)) {
+    if (value) StartClock();
+    if (!value && FClock) FClock->stop();
     if (value && OnStart) OnStart(this);
     if (!value && OnStop) OnStop(this);
   }
   Invalidate();
+}
+
+int TAnimate::LastFrame() const {
+  const int first = std::max(FStartFrame, 1);
+  return FStopFrame > 0 ? std::max(FStopFrame, first) : std::max(StandInFrames, first);
+}
+
+void TAnimate::StartClock() {
+  FFrame = std::max(FStartFrame, 1);
+  FPass = 0;
+  if (!FClock) {
+    FClock = std::make_unique<QTimer>();
+    FClock->setInterval(1000 / FramesPerSecond);
+    QObject::connect(FClock.get(), &QTimer::timeout, [this] { TMessageLoop::Instance().Guarded([this] { NextFrame(); }); });
+  }
+  FClock->start();
+}
+
+void TAnimate::NextFrame() {
+  if (!FActive) return;
+  if (FFrame < LastFrame()) {
+    ++FFrame;
+  } else if (FRepetitions > 0 && ++FPass >= FRepetitions) {
+    SetActive(false);
+    return;
+  } else {
+    FFrame = std::max(FStartFrame, 1);
+  }
+  Invalidate();
+}
+
+QRect TAnimate::MarkRect() const {
+  const int first = std::max(FStartFrame, 1);
+  const int steps = LastFrame() - first + 1;
+  const int inner = std::max(FWidth - 4, 1);
+  const int width = std::max(inner / steps, 4);
+  const int x = 2 + (inner - width) * (FFrame - first) / std::max(steps - 1, 1);
+  return QRect(x, std::max(FHeight - 8, 2), width, 5);
 }
 
 void TAnimate::SetCommonAVI(TCommonAVI value) {
@@ -100,9 +151,19 @@ void TAnimate::Play(int fromFrame, int toFrame, int count) {
 
 void TAnimate::Stop() { SetActive(false); }
 
-void TAnimate::Loaded() { TWinControl::Loaded(); }
+void TAnimate::Loaded() {
+  TWinControl::Loaded();
+  // An animation that was active in the stream plays once the form is read.
+  if (FActive) StartClock();
+}
 
 void TAnimate::Paint(QPainter& painter) {
   if (!FTransparent) painter.fillRect(QRect(0, 0, FWidth, FHeight), Sys(FColor));
+  DrawEtchedRect(painter, QRect(0, 0, FWidth, FHeight));
+  if (FActive) {
+    QRect mark = MarkRect();
+    painter.fillRect(mark, Sys(clBtnFace));
+    Frame3D(painter, mark, Sys(clBtnHighlight), Sys(clBtnShadow));
+  }
   if (Designing()) DrawFocusRect(painter, QRect(0, 0, FWidth, FHeight));
 }

@@ -8,17 +8,25 @@
 #include "platform/vcl/Menus.h"
 #include "platform/vcl/StdCtrls.h"
 
+#include <memory>
 #include <string>
+
+class QTimer;
 
 LUMORA_ENUM(TCommonAVI, aviNone, aviFindFolder, aviFindFile, aviFindComputer, aviCopyFiles, aviCopyFile,
             aviRecycleFile, aviEmptyRecycle, aviDeleteFile)
 
-// An animation area. The clips of the platform's animation control are not available
-// here: it shows its frame (and, when active, a moving mark) where the clip would play.
+// An animation area. The clips of the platform's animation control (CommonAVI, and AVI
+// files) are not played here; the area shows where the clip plays: an etched frame,
+// filled with Color unless Transparent. While Active a raised mark walks along its
+// bottom edge, one step a frame from StartFrame to StopFrame at 15 frames a second (a
+// clip of 16 frames stands in for the unknown clip when StopFrame is 0), for Repetitions
+// passes (0: until stopped); then Active goes False and OnStop follows.
 class TAnimate : public TWinControl {
   LUMORA_CLASS(TAnimate, TWinControl)
 public:
   explicit TAnimate(TComponent* owner);
+  ~TAnimate() override;
   bool Active() const { return FActive; }
   void SetActive(bool value);
   bool Center() const { return FCenter; }
@@ -41,6 +49,10 @@ public:
   void SetTransparent(bool value);
   void Play(int fromFrame, int toFrame, int count);
   void Stop();
+  // The frame shown (StartFrame when playing starts).
+  int Frame() const { return FFrame; }
+  // The frames of a pass: StartFrame to StopFrame, or to the stand-in clip's end.
+  int LastFrame() const;
 
   TNotifyEvent OnClose;
   TNotifyEvent OnOpen;
@@ -52,6 +64,14 @@ public:
   void Loaded() override;
 
 private:
+  void StartClock();
+  void NextFrame();
+  // Where the mark stands for the frame shown, in the client area.
+  QRect MarkRect() const;
+
+  std::unique_ptr<QTimer> FClock;
+  int FFrame = 1;
+  int FPass = 0;
   bool FActive = false;
   bool FCenter = true;
   TCommonAVI FCommonAVI = aviNone;

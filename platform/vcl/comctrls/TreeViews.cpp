@@ -948,10 +948,12 @@ void TCustomTreeView::NodeAdded(TTreeNode* node) {
     if (parentItem) {
       parentItem->addChild(item);
     } else if (n->FParent && n->FParent->FItem) {
-      n->FParent->FItem->insertChild(n->Index(), item);
-      n->FParent->FItem->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
+      // A node added last (the common case) needs no search for its place.
+      QTreeWidgetItem* parent = n->FParent->FItem;
+      parent->insertChild(n->FParent->FChildren.back() == n ? parent->childCount() : n->Index(), item);
+      parent->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
     } else {
-      w->insertTopLevelItem(n->Index(), item);
+      w->insertTopLevelItem(FTreeNodes->FRoots.back() == n ? w->topLevelItemCount() : n->Index(), item);
     }
     if (n->FExpanded) expanded.push_back(n);
     for (auto it = n->FChildren.rbegin(); it != n->FChildren.rend(); ++it) stack.push_back({*it, item});

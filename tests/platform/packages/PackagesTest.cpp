@@ -5,7 +5,7 @@
 #include "platform/packages/Packages.h"
 
 #include "platform/rtti/Classes.h"
-#include "tests/foundation/TempDir.h"
+#include "tests/support/TempDir.h"
 #include "tests/support/Errors.h"
 
 #include <gtest/gtest.h>

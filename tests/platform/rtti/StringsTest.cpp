@@ -1,7 +1,10 @@
 #include "platform/rtti/Classes.h"
 #include "platform/streaming/Streams.h"
 
+#include "tests/support/Corpus.h"
 #include "tests/support/Errors.h"
+#include "tests/support/SaveFailures.h"
+#include "tests/support/TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -223,6 +226,37 @@ TEST(StringListTest, StreamsAndFilesAreEightBitLinesWithCrLf) {
   std::filesystem::remove(path);
   EXPECT_EQ(MessageOf<EFOpenError>([&] { back.LoadFromFile(path.string()); }), "Cannot open file " + path.string());
   EXPECT_EQ(back.Count(), 3);
+}
+
+TEST(StringListTest, SaveToFileOnAFullDeviceLosesNothing) {
+  lumora::test::TTempDir dir;
+  const std::string name = dir / "lines.txt";
+  TStringList list;
+  list.SetText("previous");
+  list.SaveToFile(name);
+  list.Clear();
+  for (int i = 0; i < 100; ++i) list.Add("a line that makes the file longer than the device allows");
+  {
+    lumora::test::TFailingDevice device(200);
+    EXPECT_EQ(MessageOf<EFCreateError>([&] { list.SaveToFile(name); }), "Cannot create file " + name + ": File too large");
+  }
+  EXPECT_EQ(lumora::test::ReadFileBytes(name), "previous\r\n");
+  EXPECT_EQ(lumora::test::FolderEntries(dir.Path()), V{"lines.txt"});
+}
+
+TEST(StringListTest, SaveToFileInAReadOnlyFolderLosesNothing) {
+  lumora::test::TTempDir dir;
+  const std::string name = dir / "lines.txt";
+  TStringList list;
+  list.SetText("previous");
+  list.SaveToFile(name);
+  list.SetText("new");
+  lumora::test::MakeReadOnlyForOthers(dir.Path());
+  const std::string message = lumora::test::RunAsOtherUser(
+      [&] { return MessageOf<EFCreateError>([&] { list.SaveToFile(name); }); });
+  EXPECT_EQ(message, "Cannot create file " + name + ": Permission denied");
+  EXPECT_EQ(lumora::test::ReadFileBytes(name), "previous\r\n");
+  EXPECT_EQ(lumora::test::FolderEntries(dir.Path()), V{"lines.txt"});
 }
 
 TEST(StringListTest, AssignAndAddStrings) {

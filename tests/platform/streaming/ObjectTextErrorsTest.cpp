@@ -17,10 +17,11 @@ std::string ParseError(const std::string& text) {
   return "(no error)";
 }
 
-// The message of the error that binary -> text gives, or "(no error)".
-std::string ReadError(const std::string& stream) {
+// The message of the error that reading a binary stream gives, or "(no error)".
+template <class F>
+std::string StreamError(F&& read) {
   try {
-    ObjectBinaryToText(stream);
+    read();
   } catch (const EReadError& e) {
     return e.Message();
   } catch (const EInvalidImage& e) {
@@ -29,6 +30,11 @@ std::string ReadError(const std::string& stream) {
     return "wrong class: " + e.Message();
   }
   return "(no error)";
+}
+
+// The message of the error that binary -> text gives, or "(no error)".
+std::string ReadError(const std::string& stream) {
+  return StreamError([&] { ObjectBinaryToText(stream); });
 }
 
 TEST(ParserErrors, IdentifierExpected) {
@@ -189,6 +195,52 @@ TEST(BinaryErrors, ResourceWithoutHeader) {
     FAIL() << "no error";
   } catch (const EInvalidImage& e) {
     EXPECT_EQ(e.Message(), "Invalid stream format");
+  }
+}
+
+}  // namespace
+
+namespace {
+
+// The message of the error that checking a stream gives, or "(no error)".
+std::string CheckError(const std::string& stream) {
+  return StreamError([&] { CheckObjectBinary(stream); });
+}
+
+// A checked stream fails exactly where and as its conversion to text fails: every cut of
+// a stream holding every kind of value, and every byte of it changed.
+TEST(ReadErrors, CheckingAStreamGivesTheErrorsOfItsConversion) {
+  const std::string stream = ObjectTextToBinary(
+      "object Form1: TForm1\r\n"
+      "  Left = 192\r\n"
+      "  Tag = -70000\r\n"
+      "  Big = 10000000000\r\n"
+      "  Ratio = 1.5\r\n"
+      "  Single = 2.5s\r\n"
+      "  Money = 3.25c\r\n"
+      "  When = 36526d\r\n"
+      "  Caption = 'Form1'\r\n"
+      "  Wide = 'a'#1234'b'\r\n"
+      "  Flag = True\r\n"
+      "  Other = False\r\n"
+      "  Color = clBtnFace\r\n"
+      "  Link = nil\r\n"
+      "  Style = [fsBold, fsItalic]\r\n"
+      "  Data = {0102030405}\r\n"
+      "  Items.Strings = (\r\n    'one'\r\n    'two')\r\n"
+      "  Columns = <\r\n    item\r\n      Width = 5\r\n    end\r\n    item [2]\r\n    end>\r\n"
+      "  object Button1: TButton [1]\r\n    Caption = 'OK'\r\n  end\r\n"
+      "  inherited Panel1: TPanel\r\n  end\r\n"
+      "end\r\n");
+  EXPECT_EQ(CheckError(stream), "(no error)");
+  for (std::size_t cut = 0; cut < stream.size(); ++cut) {
+    const std::string part = stream.substr(0, cut);
+    ASSERT_EQ(CheckError(part), ReadError(part)) << "cut at " << cut;
+  }
+  for (std::size_t at = 0; at < stream.size(); ++at) {
+    std::string changed = stream;
+    changed[at] = static_cast<char>(changed[at] ^ 0x5A);
+    ASSERT_EQ(CheckError(changed), ReadError(changed)) << "byte " << at;
   }
 }
 

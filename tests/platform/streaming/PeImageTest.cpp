@@ -10,9 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <map>
-#include <sstream>
 
 namespace fs = std::filesystem;
 using lumora::test::BuildPeImage;
@@ -31,35 +29,9 @@ std::string FormStream(const std::string& className, const std::string& name = "
   return ObjectTextToBinary("object " + name + ": " + className + "\r\n  Caption = '" + name + "'\r\nend\r\n");
 }
 
-// The manifest's counts of a corpus program: forms and RCDATA resources.
-struct TManifestRow {
-  int Forms = -1;
-  int RcData = -1;
-};
-
-std::map<std::string, TManifestRow> ReadManifest() {
-  std::map<std::string, TManifestRow> rows;
-  std::ifstream in(CorpusDir() / "pe" / "manifest.tsv");
-  std::string line;
-  std::getline(in, line);
-  std::vector<std::string> columns;
-  std::stringstream header(line);
-  for (std::string column; std::getline(header, column, '\t');) columns.push_back(column);
-  const auto column = [&](const std::string& name) { return std::find(columns.begin(), columns.end(), name) - columns.begin(); };
-  const std::size_t id = column("id"), forms = column("forms"), rcdata = column("rcdata");
-  while (std::getline(in, line)) {
-    std::vector<std::string> cells;
-    std::stringstream cellsIn(line);
-    for (std::string cell; std::getline(cellsIn, cell, '\t');) cells.push_back(cell);
-    if (cells.size() != columns.size()) continue;
-    rows[cells[id]] = {std::stoi(cells[forms]), std::stoi(cells[rcdata])};
-  }
-  return rows;
-}
-
 TEST(PeImageCorpus, EveryProgramHasTheFormsOfTheManifest) {
   LUMORA_REQUIRE_CORPUS();
-  const std::map<std::string, TManifestRow> manifest = ReadManifest();
+  const std::map<std::string, lumora::test::TProgramCounts> manifest = lumora::test::CorpusProgramCounts();
   const std::vector<fs::path> programs = CorpusFiles("pe");
   ASSERT_EQ(programs.size(), 17u);
   ASSERT_EQ(manifest.size(), programs.size());

@@ -2,13 +2,22 @@
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/SysUtils.h"
 
+#include "tests/support/Errors.h"
+#include "tests/support/SaveFailures.h"
+#include "tests/support/TempDir.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
+
+using lumora::test::FolderEntries;
+using lumora::test::MessageOf;
+using lumora::test::TTempDir;
 
 std::filesystem::path TempDir() {
   auto dir = std::filesystem::temp_directory_path() / ("lumora-streams-" + std::to_string(::getpid()));
@@ -157,25 +166,45 @@ TEST(FileStream, WriteThenReadBack) {
   EXPECT_EQ(ReadFileToString(name), "abcd");
 }
 
-TEST(FileStream, WriteFileAtomicallyReplacesOnlyWhenComplete) {
-  const std::string name = (TempDir() / "atomic.dfm").string();
-  WriteFileAtomically(name, "first");
+TEST(MemoryStream, SaveToFileReplacesOnlyWhenComplete) {
+  TTempDir dir;
+  const std::string name = dir / "saved.dfm";
+  TMemoryStream first(std::string("first"));
+  first.SaveToFile(name);
   EXPECT_EQ(ReadFileToString(name), "first");
-  WriteFileAtomically(name, "second");
+  TMemoryStream second(std::string("second"));
+  second.SaveToFile(name);
   EXPECT_EQ(ReadFileToString(name), "second");
-  const std::string badName = (TempDir() / "no-folder" / "x.dfm").string();
-  try {
-    WriteFileAtomically(badName, "x");
-    FAIL() << "no error";
-  } catch (const EFCreateError& e) {
-    EXPECT_EQ(e.Message(), "Cannot create file " + badName);
+
+  // A device that fills up: the previous file stays, no temporary is left, the file is named.
+  TMemoryStream big(std::string(1000, 'x'));
+  {
+    lumora::test::TFailingDevice device(100);
+    EXPECT_EQ(MessageOf<EFCreateError>([&] { big.SaveToFile(name); }), "Cannot create file " + name + ": File too large");
   }
-  // No temporary file is left behind.
-  int files = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(TempDir())) {
-    if (entry.path().filename().string().rfind("atomic.dfm", 0) == 0) ++files;
-  }
-  EXPECT_EQ(files, 1);
+  EXPECT_EQ(ReadFileToString(name), "second");
+  EXPECT_EQ(FolderEntries(dir.Path()), std::vector<std::string>{"saved.dfm"});
+}
+
+TEST(MemoryStream, SaveToFileInAReadOnlyFolderLosesNothing) {
+  TTempDir dir;
+  const std::string name = dir / "saved.dfm";
+  TMemoryStream(std::string("previous")).SaveToFile(name);
+  lumora::test::MakeReadOnlyForOthers(dir.Path());
+  const std::string message = lumora::test::RunAsOtherUser(
+      [&] { return MessageOf<EFCreateError>([&] { TMemoryStream(std::string("new")).SaveToFile(name); }); });
+  EXPECT_EQ(message, "Cannot create file " + name + ": Permission denied");
+  EXPECT_EQ(ReadFileToString(name), "previous");
+  EXPECT_EQ(FolderEntries(dir.Path()), std::vector<std::string>{"saved.dfm"});
+}
+
+TEST(FileStream, ReadFileToStringRefusesAPipeWithoutWaiting) {
+  TTempDir dir;
+  const std::string pipe = dir / "pipe.dfm";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(MessageOf<EFOpenError>([&] { ReadFileToString(pipe); }), "Cannot open file " + pipe);
+  EXPECT_EQ(MessageOf<EFOpenError>([&] { ReadFileToString(dir.Path().string()); }),
+            "Cannot open file " + dir.Path().string());
 }
 
 TEST(FileStream, APipeIsReadToItsEnd) {

@@ -192,11 +192,3 @@ TEST(AnchorRules, StretchedControlHonoursConstraints) {
 TEST(AnchorRules, UnknownOriginalParentSizeChangesNothing) {
   EXPECT_EQ(AnchorRect(Bounds(1, 2, 3, 4), AnchorBit(akRight), {0, 0}, {100, 100}), Bounds(1, 2, 3, 4));
 }
-
-TEST(Types, MulDivRoundsHalvesAwayFromZero) {
-  EXPECT_EQ(MulDiv(3, 1, 2), 2);
-  EXPECT_EQ(MulDiv(-3, 1, 2), -2);
-  EXPECT_EQ(MulDiv(10, 96, 72), 13);
-  EXPECT_EQ(MulDiv(8, 96, 72), 11);
-  EXPECT_EQ(MulDiv(1, 2, 0), 0);
-}

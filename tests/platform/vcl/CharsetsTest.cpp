@@ -76,6 +76,25 @@ TEST(Charsets, CharactersOutsideTheCodePageBecomeQuestionMarks) {
   EXPECT_EQ(UnicodeToAnsi(QString::fromUtf8("Ж"), EASTEUROPE_CHARSET), "?");
 }
 
+TEST(Charsets, BytesOfACharacterTheCodePageHasTwiceComeBackAsThemselves) {
+  // Shift-JIS has the IBM extension rows twice (NEC's copy at 0xED.., IBM's at 0xFA..).
+  for (const std::string& bytes : {std::string("\xED\xEE"), std::string("\xFB\x4D"), std::string("a\xED\xEE\x82\xA0" "b")}) {
+    const QString text = AnsiToUnicode(bytes, SHIFTJIS_CHARSET);
+    EXPECT_EQ(UnicodeToAnsi(text, SHIFTJIS_CHARSET), bytes);
+  }
+  // Every pair of bytes of the double-byte code pages survives.
+  for (const TFontCharset charset : {SHIFTJIS_CHARSET, GB2312_CHARSET, HANGEUL_CHARSET, CHINESEBIG5_CHARSET}) {
+    std::string all;
+    for (int lead = 0x81; lead <= 0xFE; ++lead) {
+      for (int trail = 0x40; trail <= 0xFE; trail += 7) {
+        all += static_cast<char>(lead);
+        all += static_cast<char>(trail);
+      }
+    }
+    EXPECT_EQ(UnicodeToAnsi(AnsiToUnicode(all, charset), charset), all) << static_cast<int>(charset);
+  }
+}
+
 TEST(Charsets, EmptyAndPlainAsciiText) {
   EXPECT_TRUE(AnsiToUnicode("").isEmpty());
   EXPECT_EQ(UnicodeToAnsi(QString()), "");

@@ -1,10 +1,13 @@
 #include "platform/vcl/Dialogs.h"
 
-#include "platform/vcl/Clipbrd.h"
+#include "tests/platform/vcl/FormFixture.h"
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -95,10 +98,68 @@ TEST_F(DialogsTest, RealMessageBoxShowsEightBitTextAndAnswersWithIds) {
   EXPECT_EQ(seen, QString::fromUtf8("Lumora|Fehler: Grüße"));
 }
 
-TEST(Clipboard, TextRoundTripsAsEightBitText) {
-  Clipboard()->SetAsText("Caf\xe9 \x80");
-  EXPECT_TRUE(Clipboard()->HasText());
-  EXPECT_EQ(Clipboard()->AsText(), "Caf\xe9 \x80");
-  Clipboard()->Clear();
-  EXPECT_EQ(Clipboard()->AsText(), "");
+namespace {
+
+// The dialog components of a form.
+class DialogComponentsTest : public lumora::test::TFormFixture {};
+
+}  // namespace
+
+TEST_F(DialogComponentsTest, FileDialogsTakeTheNextQueuedName) {
+  auto* open = new TOpenDialog(form);
+  open->SetFilter("Delphi DFM-files|*.dfm");
+  PushNextFileName("/tmp/a.dfm");
+  PushNextFileName("");
+  EXPECT_TRUE(open->Execute());
+  EXPECT_EQ(open->FileName(), "/tmp/a.dfm");
+  EXPECT_EQ(open->Files()->Count(), 1);
+  EXPECT_FALSE(open->Execute());
+  EXPECT_EQ(open->FileName(), "/tmp/a.dfm");
+  SetFileDialogHook([](TOpenDialog& d) {
+    d.SetFileName(d.Saving() ? "saved.txt" : "opened.txt");
+    return true;
+  });
+  auto* save = new TSaveDialog(form);
+  EXPECT_TRUE(save->Execute());
+  EXPECT_EQ(save->FileName(), "saved.txt");
+  SetFileDialogHook(nullptr);
+}
+
+TEST_F(DialogComponentsTest, FindDialogRaisesOnFindWithItsOptions) {
+  auto* find = new TFindDialog(form);
+  find->SetFindText("needle");
+  std::string found;
+  TFindOptions options;
+  find->OnFind = [&](TObject*) {
+    found = find->FindText();
+    options = find->Options();
+  };
+  ASSERT_TRUE(find->Execute());
+  QDialog* dialog = find->Dialog();
+  ASSERT_NE(dialog, nullptr);
+  dialog->findChild<QCheckBox*>(QStringLiteral("MatchCase"))->setChecked(true);
+  QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("FindNext")), Qt::LeftButton);
+  EXPECT_EQ(found, "needle");
+  EXPECT_TRUE(options.Contains(frMatchCase));
+  EXPECT_TRUE(options.Contains(frFindNext));
+  EXPECT_TRUE(options.Contains(frDown));
+  QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("Cancel")), Qt::LeftButton);
+  EXPECT_FALSE(dialog->isVisible());
+}
+
+TEST_F(DialogComponentsTest, ReplaceDialogRaisesOnReplace) {
+  auto* replace = new TReplaceDialog(form);
+  replace->SetFindText("a");
+  replace->SetReplaceText("b");
+  int replaced = 0;
+  bool all = false;
+  replace->OnReplace = [&](TObject*) {
+    ++replaced;
+    all = replace->Options().Contains(frReplaceAll);
+  };
+  replace->Execute();
+  QTest::mouseClick(replace->Dialog()->findChild<QPushButton*>(QStringLiteral("ReplaceAll")), Qt::LeftButton);
+  EXPECT_EQ(replaced, 1);
+  EXPECT_TRUE(all);
+  EXPECT_EQ(replace->ReplaceText(), "b");
 }

@@ -3,6 +3,7 @@
 
 #include "platform/vcl/VclClasses.h"
 #include "tests/support/Corpus.h"
+#include "tests/support/SaveFailures.h"
 
 #include <QImage>
 
@@ -76,7 +77,39 @@ TEST_F(FormRenderTest, APictureThatCannotBeWrittenIsReported) {
   std::vector<std::string> errors;
   EXPECT_FALSE(RenderFormFileToPng(Sample("Sample1.dfm").string(), png.string(), errors));
   ASSERT_EQ(errors.size(), 1u);
-  EXPECT_EQ(errors[0], "Cannot create file " + png.string());
+  EXPECT_EQ(errors[0], "Cannot create file " + png.string() + ": No such file or directory");
+}
+
+TEST_F(FormRenderTest, AFullDeviceLeavesThePreviousPicture) {
+  const fs::path png = dir / "out.png";
+  std::vector<std::string> errors;
+  ASSERT_TRUE(RenderFormFileToPng(Sample("Sample1.dfm").string(), png.string(), errors));
+  const std::string previous = lumora::test::ReadFileBytes(png);
+  {
+    lumora::test::TFailingDevice device(100);
+    EXPECT_FALSE(RenderFormFileToPng(Sample("Sample2.dfm").string(), png.string(), errors));
+  }
+  ASSERT_EQ(errors.size(), 1u);
+  EXPECT_EQ(errors[0], "Cannot create file " + png.string() + ": File too large");
+  EXPECT_EQ(lumora::test::ReadFileBytes(png), previous);
+  EXPECT_EQ(lumora::test::FolderEntries(dir), std::vector<std::string>{"out.png"});
+}
+
+TEST_F(FormRenderTest, AReadOnlyFolderLeavesThePreviousPicture) {
+  const fs::path png = dir / "out.png";
+  std::vector<std::string> errors;
+  ASSERT_TRUE(RenderFormFileToPng(Sample("Sample1.dfm").string(), png.string(), errors));
+  const std::string previous = lumora::test::ReadFileBytes(png);
+  fs::permissions(png, fs::perms::all);
+  lumora::test::MakeReadOnlyForOthers(dir);
+  const std::string message = lumora::test::RunAsOtherUser([&] {
+    std::vector<std::string> childErrors;
+    const bool ok = RenderFormFileToPng(Sample("Sample2.dfm").string(), png.string(), childErrors);
+    return std::string(ok ? "written" : "failed") + (childErrors.empty() ? "" : ": " + childErrors[0]);
+  });
+  EXPECT_EQ(message, "failed: Cannot create file " + png.string() + ": Permission denied");
+  EXPECT_EQ(lumora::test::ReadFileBytes(png), previous);
+  EXPECT_EQ(lumora::test::FolderEntries(dir), std::vector<std::string>{"out.png"});
 }
 
 TEST_F(FormRenderTest, TextThatDoesNotParseGivesItsLine) {

@@ -1,11 +1,11 @@
-// The standard controls, buttons, menus and dialogs driven as a person drives them.
-#include "platform/vcl/Buttons.h"
-#include "platform/vcl/Dialogs.h"
+// The standard controls driven as a person drives them: labels, edits, memos, check
+// boxes, radio buttons, list and combo boxes, group boxes.
+#include "platform/vcl/StdCtrls.h"
+
 #include "platform/vcl/ExtCtrls.h"
 #include "platform/vcl/Forms.h"
-#include "platform/vcl/Menus.h"
-#include "platform/vcl/StdCtrls.h"
 #include "platform/vcl/VclClasses.h"
+#include "tests/platform/vcl/FormFixture.h"
 #include "tests/platform/vcl/VclTestUtil.h"
 
 #include <QApplication>
@@ -25,29 +25,7 @@
 
 namespace {
 
-class StdCtrlsTest : public ::testing::Test {
-protected:
-  void SetUp() override {
-    Application->Initialize();
-    RegisterVclClasses();
-    form = new TForm(Application);
-    form->SetBounds(0, 0, 400, 300);
-  }
-  void TearDown() override { delete form; }
-  void ShowForm() {
-    form->Show();
-    QApplication::setActiveWindow(form->Widget());
-    QApplication::processEvents();
-  }
-  template <class T>
-  T* Make(TWinControl* parent, int left, int top, int width, int height) {
-    auto* c = new T(form);
-    c->SetParent(parent);
-    c->SetBounds(left, top, width, height);
-    return c;
-  }
-  TForm* form = nullptr;
-};
+class StdCtrlsTest : public lumora::test::TFormFixture {};
 
 }  // namespace
 
@@ -285,260 +263,17 @@ TEST_F(StdCtrlsTest, GroupBoxesKeepTheirCaptionOutOfTheClientArea) {
   EXPECT_EQ(memo->BoundsRect(), Bounds(2, 15, 196, 83));
 }
 
-TEST_F(StdCtrlsTest, RadioGroupsArrangeTheirButtonsAndReportTheChoice) {
-  auto* group = Make<TRadioGroup>(form, 8, 8, 200, 100);
-  group->Items()->Add("North");
-  group->Items()->Add("South");
-  group->Items()->Add("East");
-  group->SetColumns(2);
-  group->SetItemIndex(2);
-  ASSERT_EQ(group->ButtonCount(), 3);
-  EXPECT_TRUE(group->Buttons(2)->Checked());
-  // Two columns: two buttons in the first, one in the second.
-  EXPECT_EQ(group->Buttons(0)->Left(), 8);
-  EXPECT_EQ(group->Buttons(2)->Left(), 8 + (200 - 10) / 2);
-  int clicks = 0;
-  group->OnClick = [&](TObject*) { ++clicks; };
-  ShowForm();
-  QTest::mouseClick(group->Buttons(1)->Widget(), Qt::LeftButton);
-  EXPECT_EQ(group->ItemIndex(), 1);
-  EXPECT_EQ(clicks, 1);
-  EXPECT_FALSE(group->Buttons(2)->Checked());
-  // The buttons are the group's: a form writes none of them.
-  int children = 0;
-  group->GetChildren([&](TComponent*) { ++children; }, form);
-  EXPECT_EQ(children, 0);
-}
-
-TEST_F(StdCtrlsTest, SplittersResizeTheControlBesideThem) {
-  auto* left = Make<TPanel>(form, 0, 0, 100, 10);
-  left->SetAlign(alLeft);
-  auto* splitter = Make<TSplitter>(form, 100, 0, 3, 10);
-  splitter->SetAlign(alLeft);
-  auto* rest = Make<TPanel>(form, 0, 0, 10, 10);
-  rest->SetAlign(alClient);
-  EXPECT_EQ(splitter->FindControl(), left);
-  ShowForm();
-  QWidget* w = splitter->Widget();
-  QTest::mousePress(w, Qt::LeftButton, Qt::NoModifier, QPoint(1, 50));
-  QCursor::setPos(w->mapToGlobal(QPoint(1, 50)));
-  QTest::mouseMove(w, QPoint(41, 50));
-  QCursor::setPos(w->mapToGlobal(QPoint(41, 50)));
-  QMouseEvent move(QEvent::MouseMove, QPointF(41, 50), w->mapToGlobal(QPointF(41, 50)), Qt::NoButton, Qt::LeftButton,
-                   Qt::NoModifier);
-  QApplication::sendEvent(w, &move);
-  QTest::mouseRelease(w, Qt::LeftButton, Qt::NoModifier, QPoint(41, 50));
-  EXPECT_GT(left->Width(), 100);
-  EXPECT_EQ(rest->Left(), left->Width() + 3);
-}
-
-TEST_F(StdCtrlsTest, TimersRunTheirEventWhileEnabled) {
-  auto* timer = new TTimer(form);
-  int ticks = 0;
-  timer->SetInterval(5);
-  timer->SetOnTimer([&](TObject*) { ++ticks; });
-  QEventLoop loop;
-  QTimer::singleShot(60, &loop, &QEventLoop::quit);
-  loop.exec();
-  EXPECT_GE(ticks, 3);
-  timer->SetEnabled(false);
-  const int stopped = ticks;
-  QTimer::singleShot(30, &loop, &QEventLoop::quit);
-  loop.exec();
-  EXPECT_EQ(ticks, stopped);
-}
-
-TEST_F(StdCtrlsTest, GlyphLayoutFollowsMarginAndSpacing) {
-  const QRect client(0, 0, 75, 25);
-  // Centred: glyph and text together in the middle, 4 pixels apart.
-  TGlyphLayout l = CalcButtonLayout(client, QSize(16, 16), QSize(30, 13), blGlyphLeft, -1, 4);
-  EXPECT_EQ(l.Glyph.left(), (75 - 50 + 1) / 2);
-  EXPECT_EQ(l.Text.left(), l.Glyph.right() + 1 + 4);
-  EXPECT_EQ(l.Glyph.top(), 5);
-  // A margin from the left edge.
-  l = CalcButtonLayout(client, QSize(16, 16), QSize(30, 13), blGlyphLeft, 2, 4);
-  EXPECT_EQ(l.Glyph.left(), 2);
-  // Glyph on the right.
-  l = CalcButtonLayout(client, QSize(16, 16), QSize(30, 13), blGlyphRight, 2, 4);
-  EXPECT_EQ(l.Glyph.right(), 75 - 2 - 1);
-  // No caption: no spacing, the glyph alone centred.
-  l = CalcButtonLayout(client, QSize(16, 16), QSize(), blGlyphTop, -1, 4);
-  EXPECT_EQ(l.Glyph.left(), 30);
-  EXPECT_EQ(l.Glyph.top(), (25 - 16 + 1) / 2);
-}
-
-TEST_F(StdCtrlsTest, SpeedButtonsOfAGroupStayDownOneAtATime) {
-  auto* a = Make<TSpeedButton>(form, 8, 8, 23, 22);
-  auto* b = Make<TSpeedButton>(form, 31, 8, 23, 22);
-  a->SetGroupIndex(1);
-  b->SetGroupIndex(1);
-  int clicks = 0;
-  b->OnClick = [&](TObject*) { ++clicks; };
-  ShowForm();
-  QTest::mouseClick(a->Widget(), Qt::LeftButton);
-  EXPECT_TRUE(a->Down());
-  QTest::mouseClick(b->Widget(), Qt::LeftButton);
-  EXPECT_TRUE(b->Down());
-  EXPECT_FALSE(a->Down());
-  EXPECT_EQ(clicks, 1);
-  // The last one down stays down unless the group allows all up.
-  QTest::mouseClick(b->Widget(), Qt::LeftButton);
-  EXPECT_TRUE(b->Down());
-  b->SetAllowAllUp(true);
-  QTest::mouseClick(b->Widget(), Qt::LeftButton);
-  EXPECT_FALSE(b->Down());
-}
-
-TEST_F(StdCtrlsTest, BitButtonKindsGiveCaptionAndModalResult) {
-  auto* ok = Make<TBitBtn>(form, 8, 8, 75, 25);
-  ok->SetKind(bkOK);
-  EXPECT_EQ(ok->Caption(), "OK");
-  EXPECT_EQ(ok->ModalResult(), mrOk);
-  EXPECT_TRUE(ok->Default());
-  EXPECT_FALSE(ok->IsCustomCaption());
-  auto* cancel = Make<TBitBtn>(form, 90, 8, 75, 25);
-  cancel->SetKind(bkCancel);
-  EXPECT_TRUE(cancel->Cancel());
-  QTimer::singleShot(0, [ok] { QTest::mouseClick(ok->Widget(), Qt::LeftButton); });
-  EXPECT_EQ(form->ShowModal(), mrOk);
-}
-
-TEST_F(StdCtrlsTest, MenuGroupIndexesNeverGoDownAndRadioItemsAreExclusive) {
-  auto* menu = new TMainMenu(form);
-  auto* view = new TMenuItem(form);
-  menu->Items()->Add(view);
-  auto* a = new TMenuItem(form);
-  auto* b = new TMenuItem(form);
-  auto* c = new TMenuItem(form);
-  a->SetGroupIndex(2);
-  view->Add(a);
-  view->Add(b);  // takes the group of the item before it
-  EXPECT_EQ(b->GroupIndex(), 2);
-  c->SetGroupIndex(1);
-  view->Insert(0, c);
-  for (TMenuItem* i : {a, b}) {
-    i->SetRadioItem(true);
-  }
-  a->SetChecked(true);
-  b->SetChecked(true);
-  EXPECT_FALSE(a->Checked());
-  EXPECT_TRUE(b->Checked());
-  EXPECT_EQ(menu->FindItem(scNone), nullptr);
-}
-
-TEST_F(StdCtrlsTest, MergedMenusReplaceTheGroupsTheyHave) {
-  auto* mainMenu = new TMainMenu(form);
-  auto* child = new TMainMenu(form);
-  auto item = [&](TMainMenu* m, const char* caption, int group) {
-    auto* i = new TMenuItem(form);
-    i->SetCaption(caption);
-    i->SetGroupIndex(static_cast<std::uint8_t>(group));
-    m->Items()->Add(i);
-    return i;
-  };
-  item(mainMenu, "&File", 0);
-  item(mainMenu, "&Edit", 1);
-  item(mainMenu, "&Help", 9);
-  item(child, "&Edit!", 1);
-  item(child, "&Tools", 5);
-  mainMenu->Merge(child);
-  std::vector<std::string> captions;
-  for (TMenuItem* i : mainMenu->VisibleItems()) captions.push_back(i->Caption());
-  EXPECT_EQ(captions, (std::vector<std::string>{"&File", "&Edit!", "&Tools", "&Help"}));
-  mainMenu->Unmerge(child);
-  EXPECT_EQ(mainMenu->VisibleItems().size(), 3u);
-}
-
-TEST_F(StdCtrlsTest, PopupMenusShowOnTheContextMenuKeyAndRunTheirItems) {
-  auto* popup = new TPopupMenu(form);
-  auto* item = new TMenuItem(form);
-  item->SetCaption("&Delete");
-  item->SetShortCut(TextToShortCut("Del"));
-  popup->Items()->Add(item);
-  auto* list = Make<TListBox>(form, 8, 8, 100, 100);
-  list->SetPopupMenu(popup);
-  int deleted = 0, popups = 0;
-  item->OnClick = [&](TObject*) { ++deleted; };
-  popup->OnPopup = [&](TObject*) { ++popups; };
-  ShowForm();
-  list->SetFocus();
-  // The popup menu's shortcut works while its control has the focus.
-  QTest::keyClick(list->Widget(), Qt::Key_Delete);
-  EXPECT_EQ(deleted, 1);
-  QTimer::singleShot(0, [] {
-    if (QWidget* m = QApplication::activePopupWidget()) m->close();
-  });
-  QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), list->Widget()->mapToGlobal(QPoint(5, 5)));
-  QApplication::sendEvent(list->Widget(), &event);
-  EXPECT_EQ(popups, 1);
-}
-
-TEST_F(StdCtrlsTest, FileDialogsTakeTheNextQueuedName) {
-  auto* open = new TOpenDialog(form);
-  open->SetFilter("Delphi DFM-files|*.dfm");
-  PushNextFileName("/tmp/a.dfm");
-  PushNextFileName("");
-  EXPECT_TRUE(open->Execute());
-  EXPECT_EQ(open->FileName(), "/tmp/a.dfm");
-  EXPECT_EQ(open->Files()->Count(), 1);
-  EXPECT_FALSE(open->Execute());
-  EXPECT_EQ(open->FileName(), "/tmp/a.dfm");
-  SetFileDialogHook([](TOpenDialog& d) {
-    d.SetFileName(d.Saving() ? "saved.txt" : "opened.txt");
-    return true;
-  });
-  auto* save = new TSaveDialog(form);
-  EXPECT_TRUE(save->Execute());
-  EXPECT_EQ(save->FileName(), "saved.txt");
-  SetFileDialogHook(nullptr);
-}
-
-TEST_F(StdCtrlsTest, FindDialogRaisesOnFindWithItsOptions) {
-  auto* find = new TFindDialog(form);
-  find->SetFindText("needle");
-  std::string found;
-  TFindOptions options;
-  find->OnFind = [&](TObject*) {
-    found = find->FindText();
-    options = find->Options();
-  };
-  ASSERT_TRUE(find->Execute());
-  QDialog* dialog = find->Dialog();
-  ASSERT_NE(dialog, nullptr);
-  dialog->findChild<QCheckBox*>(QStringLiteral("MatchCase"))->setChecked(true);
-  QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("FindNext")), Qt::LeftButton);
-  EXPECT_EQ(found, "needle");
-  EXPECT_TRUE(options.Contains(frMatchCase));
-  EXPECT_TRUE(options.Contains(frFindNext));
-  EXPECT_TRUE(options.Contains(frDown));
-  QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("Cancel")), Qt::LeftButton);
-  EXPECT_FALSE(dialog->isVisible());
-}
-
-TEST_F(StdCtrlsTest, ReplaceDialogRaisesOnReplace) {
-  auto* replace = new TReplaceDialog(form);
-  replace->SetFindText("a");
-  replace->SetReplaceText("b");
-  int replaced = 0;
-  bool all = false;
-  replace->OnReplace = [&](TObject*) {
-    ++replaced;
-    all = replace->Options().Contains(frReplaceAll);
-  };
-  replace->Execute();
-  QTest::mouseClick(replace->Dialog()->findChild<QPushButton*>(QStringLiteral("ReplaceAll")), Qt::LeftButton);
-  EXPECT_EQ(replaced, 1);
-  EXPECT_TRUE(all);
-  EXPECT_EQ(replace->ReplaceText(), "b");
-}
-
-TEST_F(StdCtrlsTest, FormsReadAtAnotherResolutionAreScaledToTheScreen) {
-  // Read as a stream would set it: designed at 120 pixels per inch.
-  form->IncludeState(csLoading);
-  form->SetPixelsPerInch(120);
-  auto* button = Make<TButton>(form, 100, 50, 75, 25);
-  form->Loaded();
-  button->Loaded();
-  EXPECT_EQ(form->PixelsPerInch(), 96);
-  EXPECT_EQ(button->BoundsRect(), Bounds(80, 40, 60, 20));
+TEST_F(StdCtrlsTest, LabelsSizeThemselvesToTheirCaption) {
+  auto* label = Make<TLabel>("Label1", form, 8, 8, 100, 30);
+  label->SetCaption("&Name:");
+  const QFontMetrics fm(label->Font()->Handle());
+  EXPECT_EQ(label->Width(), fm.horizontalAdvance(QStringLiteral("Name:")));
+  EXPECT_EQ(label->Height(), 13);
+  auto* right = Make<TLabel>("Right", form, 100, 40, 80, 13);
+  right->SetAutoSize(false);
+  right->SetAlignment(taRightJustify);
+  right->SetAutoSize(true);
+  right->SetCaption("x");
+  // Right-aligned labels keep their right edge.
+  EXPECT_EQ(right->Left() + right->Width(), 180);
 }

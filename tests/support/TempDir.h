@@ -12,7 +12,7 @@ namespace lumora::test {
 class TTempDir {
 public:
   TTempDir() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "lumora-found-XXXXXX").string();
+    std::string pattern = (std::filesystem::temp_directory_path() / "lumora-test-XXXXXX").string();
     if (::mkdtemp(pattern.data())) FPath = pattern;
   }
   ~TTempDir() {
