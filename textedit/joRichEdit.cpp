@@ -159,13 +159,81 @@ private:
 
 namespace {
 
-// The component's accessibility layer counts the caret's place in characters from the
-// start of the text on every caret move and every paint, which makes a large form slow
-// to type in; the view is offered to assistive tools as a plain editable-text widget.
+// The component's own accessibility layer counts the caret's place in characters from
+// the start of the text on every caret move and every paint, which makes a large form
+// slow to type in. This one answers assistive tools when they ask (offsets in UTF-16
+// code units, as Qt counts them), and the control tells them of a moved caret only
+// while one is listening.
+class TjoViewAccessible : public QAccessibleWidget, public QAccessibleTextInterface {
+public:
+  explicit TjoViewAccessible(QWidget* W) : QAccessibleWidget(W, QAccessible::EditableText) {}
+  void* interface_cast(QAccessible::InterfaceType Type) override {
+    if (Type == QAccessible::TextInterface) return static_cast<QAccessibleTextInterface*>(this);
+    return QAccessibleWidget::interface_cast(Type);
+  }
+  QString text(QAccessible::Text T) const override {
+    if (T == QAccessible::Value) return text(0, characterCount());
+    return QAccessibleWidget::text(T);
+  }
+  void selection(int Index, int* StartOffset, int* EndOffset) const override {
+    *StartOffset = *EndOffset = 0;
+    if (Index != 0 || selectionCount() == 0) return;
+    *StartOffset = Offset(Send(QSci::SCI_GETSELECTIONSTART));
+    *EndOffset = Offset(Send(QSci::SCI_GETSELECTIONEND));
+  }
+  int selectionCount() const override {
+    return Send(QSci::SCI_GETSELECTIONEND) > Send(QSci::SCI_GETSELECTIONSTART) ? 1 : 0;
+  }
+  void addSelection(int StartOffset, int EndOffset) override { setSelection(0, StartOffset, EndOffset); }
+  void removeSelection(int) override { Send(QSci::SCI_SETEMPTYSELECTION, static_cast<unsigned long>(Send(QSci::SCI_GETCURRENTPOS))); }
+  void setSelection(int, int StartOffset, int EndOffset) override {
+    Send(QSci::SCI_SETSEL, static_cast<unsigned long>(Position(StartOffset)), Position(EndOffset));
+  }
+  int cursorPosition() const override { return Offset(Send(QSci::SCI_GETCURRENTPOS)); }
+  void setCursorPosition(int Pos) override { Send(QSci::SCI_GOTOPOS, static_cast<unsigned long>(Position(Pos))); }
+  QString text(int StartOffset, int EndOffset) const override {
+    const long Start = Position(StartOffset);
+    const long End = Position(EndOffset);
+    if (End <= Start) return {};
+    const auto* P = reinterpret_cast<const char*>(
+        Send(QSci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(Start), End - Start));
+    return QString::fromUtf8(P, static_cast<qsizetype>(End - Start));
+  }
+  int characterCount() const override { return Offset(Send(QSci::SCI_GETLENGTH)); }
+  QRect characterRect(int Pos) const override {
+    const unsigned long At = static_cast<unsigned long>(Position(Pos));
+    const int X = static_cast<int>(Send(QSci::SCI_POINTXFROMPOSITION, 0UL, static_cast<long>(At)));
+    const int Y = static_cast<int>(Send(QSci::SCI_POINTYFROMPOSITION, 0UL, static_cast<long>(At)));
+    const int H = static_cast<int>(Send(QSci::SCI_TEXTHEIGHT, static_cast<unsigned long>(Send(QSci::SCI_LINEFROMPOSITION, At))));
+    const QPoint Origin = View()->viewport()->mapToGlobal(QPoint(X, Y));
+    return QRect(Origin, QSize(std::max(1, H / 2), H));
+  }
+  int offsetAtPoint(const QPoint& Point) const override {
+    const QPoint Local = View()->viewport()->mapFromGlobal(Point);
+    const long Pos = Send(QSci::SCI_POSITIONFROMPOINTCLOSE, static_cast<unsigned long>(Local.x()), Local.y());
+    return Pos < 0 ? -1 : Offset(Pos);
+  }
+  void scrollToSubstring(int StartIndex, int EndIndex) override {
+    Send(QSci::SCI_SCROLLRANGE, static_cast<unsigned long>(Position(EndIndex)), Position(StartIndex));
+  }
+  QString attributes(int Pos, int* StartOffset, int* EndOffset) const override {
+    *StartOffset = *EndOffset = Pos;
+    return {};
+  }
+
+private:
+  QsciScintillaBase* View() const { return static_cast<QsciScintillaBase*>(widget()); }
+  long Send(unsigned int Message, unsigned long W = 0, long L = 0) const { return View()->SendScintilla(Message, W, L); }
+  int Offset(long Pos) const { return static_cast<int>(Send(QSci::SCI_COUNTCODEUNITS, 0UL, Pos)); }
+  long Position(int Offset) const {
+    return Send(QSci::SCI_POSITIONRELATIVECODEUNITS, 0UL, static_cast<long>(std::max(Offset, 0)));
+  }
+};
+
 QAccessibleInterface* ViewAccessible(const QString& ClassName, QObject* Object) {
   if (ClassName != QLatin1String("TjoScintillaView")) return nullptr;
   auto* W = qobject_cast<QWidget*>(Object);
-  return W ? new QAccessibleWidget(W, QAccessible::EditableText) : nullptr;
+  return W ? new TjoViewAccessible(W) : nullptr;
 }
 
 }  // namespace
@@ -932,6 +1000,12 @@ void TjoRichEdit::CheckSelection() {
 }
 
 void TjoRichEdit::SelectionChange() {
+  if (FView && QAccessible::isActive()) {
+    const int Offset = static_cast<int>(
+        FView->SendScintilla(QSci::SCI_COUNTCODEUNITS, 0UL, FView->SendScintilla(QSci::SCI_GETCURRENTPOS)));
+    QAccessibleTextCursorEvent Event(FView.data(), Offset);
+    QAccessible::updateAccessibility(&Event);
+  }
   if (OnSelectionChange) OnSelectionChange(this);
   if (!FOnCursorPosChange) return;
   QSci* S = Sci();

@@ -154,6 +154,14 @@ void DrawCaption(QPainter& p, const QRect& rect, const QFont& font, const QStrin
   p.restore();
 }
 
+void DrawDesignFrame(QPainter& p, int width, int height) {
+  p.save();
+  p.setPen(QPen(Qt::black, 1, Qt::DashLine));
+  p.setBrush(Qt::NoBrush);
+  p.drawRect(0, 0, width - 1, height - 1);
+  p.restore();
+}
+
 void DrawFocusRect(QPainter& p, const QRect& rect, const QColor& color) {
   if (rect.width() <= 0 || rect.height() <= 0) return;
   p.save();

@@ -22,6 +22,10 @@ void DrawEtchedRect(QPainter& p, const QRect& rect);
 // The dotted frame of the focused item: every other pixel of the rectangle's edge.
 void DrawFocusRect(QPainter& p, const QRect& rect, const QColor& color);
 
+// The dashed outline that shows the extent of a control while it is designed (one
+// that is invisible at run time, or shows nothing of its own).
+void DrawDesignFrame(QPainter& p, int width, int height);
+
 enum class TTextHAlign { Left, Right, Center };
 enum class TTextVAlign { Top, Center, Bottom };
 

@@ -2,10 +2,26 @@
 // The Qt widgets behind controls that paint themselves, and the event filter that turns
 // a widget's input into its control's messages. Internal to the controls layer.
 
+#include "platform/rtti/Component.h"
+#include "platform/vcl/Graphics.h"
+#include "platform/vcl/MessageLoop.h"
+
+#include <QColor>
 #include <QObject>
 #include <QWidget>
 
+#include <functional>
+
 class TControl;
+
+// Whether the component is being read from a stream.
+inline bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
+
+// Runs a handler the way the event loop runs one: an exception goes to the application.
+inline void Guard(const std::function<void()>& fn) { TMessageLoop::Instance().Guarded(fn); }
+
+// A colour of the classic palette (clBtnFace, ...) or an RGB colour, to paint with.
+inline QColor Sys(TColor c) { return ColorToQColor(c); }
 
 // Hands the events of a control's widgets to the control.
 class TWidgetBridge : public QObject {

@@ -47,8 +47,6 @@ QHash<const QObject*, TControl*>& WidgetControls() {
   return map;
 }
 
-void Guard(const std::function<void()>& fn) { TMessageLoop::Instance().Guarded(fn); }
-
 }  // namespace
 
 bool CursorToIdent(long cursor, std::string& ident) {

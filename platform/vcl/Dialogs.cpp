@@ -1,6 +1,7 @@
 #include "platform/vcl/Dialogs.h"
 
 #include "platform/vcl/Charsets.h"
+#include "platform/vcl/ControlWidgets.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -218,8 +219,6 @@ QString QtFilter(const std::string& filter, QStringList* list = nullptr) {
   if (list) *list = filters;
   return filters.join(QStringLiteral(";;"));
 }
-
-void Guard(const std::function<void()>& fn) { TMessageLoop::Instance().Guarded(fn); }
 
 }  // namespace
 

@@ -2,6 +2,7 @@
 
 #include "platform/streaming/SysUtils.h"
 #include "platform/vcl/ClassicDraw.h"
+#include "platform/vcl/ControlWidgets.h"
 #include "platform/vcl/Forms.h"
 #include "platform/vcl/MessageLoop.h"
 #include "platform/vcl/Publish.h"
@@ -11,18 +12,6 @@
 #include <QTimer>
 
 #include <algorithm>
-
-namespace {
-bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
-
-// The dashed outline that shows invisible controls' extent while designing.
-void DesignFrame(QPainter& p, int w, int h) {
-  QPen pen(Qt::black, 1, Qt::DashLine);
-  p.setPen(pen);
-  p.setBrush(Qt::NoBrush);
-  p.drawRect(0, 0, w - 1, h - 1);
-}
-}  // namespace
 
 void DrawBevel(QPainter& painter, QRect& rect, TBevelCut cut, int width) {
   if (cut == bvNone) return;
@@ -215,7 +204,7 @@ void TBevel::Paint(QPainter& p) {
       line(w - 1, 0, w - 1, h - 1, c2);
       break;
     case bsSpacer:
-      if (Designing()) DesignFrame(p, w, h);
+      if (Designing()) DrawDesignFrame(p, w, h);
       break;
   }
 }
@@ -279,7 +268,7 @@ bool TImage::CanAutoSize(int& newWidth, int& newHeight) {
 }
 
 void TImage::Paint(QPainter& p) {
-  if (Designing()) DesignFrame(p, FWidth, FHeight);
+  if (Designing()) DrawDesignFrame(p, FWidth, FHeight);
   TGraphic* g = FPicture->Graphic();
   if (!g || g->Empty()) return;
   QImage image = g->Image();
@@ -395,7 +384,7 @@ TPaintBox::TPaintBox(TComponent* owner) : TGraphicControl(owner) {
 }
 
 void TPaintBox::Paint(QPainter& p) {
-  if (Designing()) DesignFrame(p, FWidth, FHeight);
+  if (Designing()) DrawDesignFrame(p, FWidth, FHeight);
   if (!OnPaint) return;
   FCanvas = &p;
   try {

@@ -3,6 +3,7 @@
 #include "platform/rtti/Reader.h"
 #include "platform/rtti/Writer.h"
 #include "platform/vcl/ClassicDraw.h"
+#include "platform/vcl/ControlWidgets.h"
 #include "platform/vcl/Keys.h"
 #include "platform/vcl/MessageLoop.h"
 #include "platform/vcl/Publish.h"
@@ -31,10 +32,6 @@ const char* const SIndexOutOfRange = "Grid index out of range";
 const char* const SFixedColTooBig = "Fixed column count must be less than column count";
 const char* const SFixedRowTooBig = "Fixed row count must be less than row count";
 const char* const SInvalidStringGridOp = "Cannot insert or delete rows from grid";
-
-bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
-
-QColor Sys(TColor c) { return ColorToQColor(c); }
 
 // The scroll area of a grid: the viewport shows the cells, the scroll bars move by cells.
 class TGridScrollArea : public QAbstractScrollArea {

@@ -31,10 +31,6 @@ namespace {
 constexpr TLeftRight taLeftJustifyLR = static_cast<TLeftRight>(0);
 constexpr TLeftRight taRightJustifyLR = static_cast<TLeftRight>(1);
 
-void Guard(const std::function<void()>& fn) { TMessageLoop::Instance().Guarded(fn); }
-
-bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
-
 // A combo box drawn as on the classic desktop: the field in the control's colour, the
 // arrow button always in the button face with a button-text arrow. Qt's classic style
 // paints field and button alike in the button colour.

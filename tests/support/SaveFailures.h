@@ -77,6 +77,43 @@ inline std::string RunAsOtherUser(const std::function<std::string()>& f) {
   return result;
 }
 
+// What a program said on standard error and how it ended.
+struct TProgramRun {
+  int ExitStatus = -1;  // -1: it did not exit normally
+  std::string Errors;
+};
+
+// Runs the program `argv[0]` as the unprivileged user "nobody" (when the tests run as
+// root; otherwise as the same user). Code that draws with Qt must run this way rather
+// than inside RunAsOtherUser: a forked copy of a Qt process has lost the threads Qt's
+// painting waits for.
+inline TProgramRun RunProgramAsOtherUser(const std::vector<std::string>& argv) {
+  std::vector<char*> args;
+  for (const std::string& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+  args.push_back(nullptr);
+  TProgramRun run;
+  int pipe[2];
+  if (argv.empty() || ::pipe(pipe) != 0) return run;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::close(pipe[0]);
+    ::dup2(pipe[1], STDERR_FILENO);
+    if (::geteuid() != 0 || (::setgroups(0, nullptr) == 0 && ::setgid(65534) == 0 && ::setuid(65534) == 0)) {
+      ::execv(args[0], args.data());
+    }
+    ::_exit(127);
+  }
+  ::close(pipe[1]);
+  char buffer[4096];
+  ssize_t n;
+  while ((n = ::read(pipe[0], buffer, sizeof buffer)) > 0) run.Errors.append(buffer, static_cast<std::size_t>(n));
+  ::close(pipe[0]);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  if (WIFEXITED(status)) run.ExitStatus = WEXITSTATUS(status);
+  return run;
+}
+
 // Opens `folder` and the folders above it up to the system's temporary folder to other
 // users (read and search), and makes `folder` read-only for them.
 inline void MakeReadOnlyForOthers(const std::filesystem::path& folder) {

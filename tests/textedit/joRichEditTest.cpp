@@ -5,6 +5,7 @@
 #include "platform/vcl/Clipbrd.h"
 #include "resources/ResStrings.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QCheckBox>
 #include <QContextMenuEvent>
@@ -231,6 +232,31 @@ TEST_F(RichEditTest, EveryKeyThatChangesTheTextRaisesOnChangeOnceAfterTheChange)
   Key(Qt::Key_X);
   EXPECT_EQ(changes, 3);
   EXPECT_EQ(edit->Lines()->Strings(0), "abcd");
+}
+
+TEST_F(RichEditTest, AssistiveToolsReadTheTextTheCaretAndTheSelection) {
+  SetLines({"object \xC9t\xE9: TForm", "end"});  // Windows-1252
+  QAccessibleInterface* face = QAccessible::queryAccessibleInterface(View(edit));
+  ASSERT_NE(face, nullptr);
+  EXPECT_EQ(face->role(), QAccessible::EditableText);
+  QAccessibleTextInterface* text = face->textInterface();
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->characterCount(), 22);
+  EXPECT_EQ(text->text(7, 10), QString::fromUtf8("Été"));
+  EXPECT_EQ(face->text(QAccessible::Value), QString::fromUtf8("object Été: TForm\nend\n"));
+  Key(Qt::Key_Down);
+  Key(Qt::Key_End);
+  EXPECT_EQ(text->cursorPosition(), 21);
+  text->setSelection(0, 7, 10);
+  EXPECT_EQ(edit->SelText(), "\xC9t\xE9");
+  int start = -1;
+  int end = -1;
+  text->selection(0, &start, &end);
+  EXPECT_EQ(std::make_pair(start, end), std::make_pair(7, 10));
+  EXPECT_EQ(text->selectionCount(), 1);
+  text->setCursorPosition(3);
+  EXPECT_EQ(edit->SelStart(), 3);
+  EXPECT_EQ(text->selectionCount(), 0);
 }
 
 TEST_F(RichEditTest, TheColumnCountsCharactersBeyondAscii) {

@@ -165,5 +165,5 @@ void TAnimate::Paint(QPainter& painter) {
     painter.fillRect(mark, Sys(clBtnFace));
     Frame3D(painter, mark, Sys(clBtnHighlight), Sys(clBtnShadow));
   }
-  if (Designing()) DrawFocusRect(painter, QRect(0, 0, FWidth, FHeight));
+  if (Designing()) DrawDesignFrame(painter, FWidth, FHeight);
 }

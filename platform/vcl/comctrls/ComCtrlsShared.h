@@ -5,6 +5,7 @@
 #include "platform/streaming/RtlConsts.h"
 #include "platform/vcl/Graphics.h"
 #include "platform/vcl/Types.h"
+#include "platform/vcl/ControlWidgets.h"
 
 #include <QColor>
 #include <QPainter>
@@ -14,10 +15,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
-
-inline bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
-
-inline QColor Sys(TColor c) { return ColorToQColor(c); }
 
 // A line one pixel wide, drawn as a filled rectangle so that it stays on its pixels
 // under any transformation.
@@ -29,17 +26,6 @@ inline void VLine(QPainter& p, int x, int y0, int y1, const QColor& c) {
 }
 
 inline QRect ToQRect(const TRect& r) { return QRect(r.Left, r.Top, r.Width(), r.Height()); }
-
-// The dotted rectangle of the focused item.
-inline void DrawFocusRect(QPainter& p, const QRect& r) {
-  QPen pen(Sys(clWindowText));
-  pen.setStyle(Qt::DotLine);
-  p.save();
-  p.setPen(pen);
-  p.setBrush(Qt::NoBrush);
-  p.drawRect(r.adjusted(0, 0, -1, -1));
-  p.restore();
-}
 
 inline std::int32_t GetInt32(const std::string& data, std::size_t& pos) {
   if (data.size() - pos < 4) throw EReadError(RtlConsts::SReadError);

@@ -69,6 +69,31 @@ void TMonthCalColors::Assign(TPersistent* source) {
   TPersistent::Assign(source);
 }
 
+LUMORA_CLASS_IMPL(TCommonCalendar) {}
+
+TCommonCalendar::TCommonCalendar(TComponent* owner) : TWinControl(owner) {
+  FTabStop = true;
+  FColor = clWindow;
+  FCalColors = new TMonthCalColors();
+}
+
+TCommonCalendar::~TCommonCalendar() {
+  DestroyWidget();
+  delete FCalColors;
+}
+
+void TCommonCalendar::SetMaxDate(TDateTime value) {
+  FMaxDate = value;
+  UpdateWidgetText();
+}
+
+void TCommonCalendar::SetMinDate(TDateTime value) {
+  FMinDate = value;
+  UpdateWidgetText();
+}
+
+// ---- TDateTimePicker
+
 LUMORA_CLASS_IMPL(TDateTimePicker) {
   PublishControlProperties(c, {"Anchors", "BiDiMode"});
   c.Property("CalAlignment", &TDateTimePicker::CalAlignment, &TDateTimePicker::SetCalAlignment).NoDefault();
@@ -99,20 +124,14 @@ LUMORA_CLASS_IMPL(TDateTimePicker) {
   c.Property("TabStop").Default(true);
 }
 
-TDateTimePicker::TDateTimePicker(TComponent* owner) : TWinControl(owner) {
+TDateTimePicker::TDateTimePicker(TComponent* owner) : TCommonCalendar(owner) {
   FWidth = 186;
   FHeight = 25;
-  FTabStop = true;
   FParentColor = false;
-  FColor = clWindow;
-  FCalColors = new TMonthCalColors();
   FDateTime = FromQDateTime(QDateTime::currentDateTime());
 }
 
-TDateTimePicker::~TDateTimePicker() {
-  DestroyWidget();
-  delete FCalColors;
-}
+TDateTimePicker::~TDateTimePicker() { DestroyWidget(); }
 
 QDateTimeEdit* TDateTimePicker::Editor() const { return qobject_cast<QDateTimeEdit*>(Widget()); }
 
@@ -182,16 +201,6 @@ void TDateTimePicker::SetKind(TDateTimeKind value) {
   UpdateWidgetText();
 }
 
-void TDateTimePicker::SetMaxDate(TDateTime value) {
-  FMaxDate = value;
-  UpdateWidgetText();
-}
-
-void TDateTimePicker::SetMinDate(TDateTime value) {
-  FMinDate = value;
-  UpdateWidgetText();
-}
-
 // ---- TMonthCalendar
 
 LUMORA_CLASS_IMPL(TMonthCalendar) {
@@ -218,19 +227,13 @@ LUMORA_CLASS_IMPL(TMonthCalendar) {
   c.Property("TabStop").Default(true);
 }
 
-TMonthCalendar::TMonthCalendar(TComponent* owner) : TWinControl(owner) {
+TMonthCalendar::TMonthCalendar(TComponent* owner) : TCommonCalendar(owner) {
   FWidth = 191;
   FHeight = 154;
-  FTabStop = true;
-  FColor = clWindow;
-  FCalColors = new TMonthCalColors();
   FDate = std::floor(FromQDateTime(QDateTime::currentDateTime()));
 }
 
-TMonthCalendar::~TMonthCalendar() {
-  DestroyWidget();
-  delete FCalColors;
-}
+TMonthCalendar::~TMonthCalendar() { DestroyWidget(); }
 
 void TMonthCalendar::CreateWidget() {
   auto* cal = new QCalendarWidget();
@@ -265,16 +268,6 @@ void TMonthCalendar::SetDate(TDateTime value) {
 
 void TMonthCalendar::SetFirstDayOfWeek(TCalDayOfWeek value) {
   FFirstDayOfWeek = value;
-  UpdateWidgetText();
-}
-
-void TMonthCalendar::SetMaxDate(TDateTime value) {
-  FMaxDate = value;
-  UpdateWidgetText();
-}
-
-void TMonthCalendar::SetMinDate(TDateTime value) {
-  FMinDate = value;
   UpdateWidgetText();
 }
 

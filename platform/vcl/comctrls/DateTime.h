@@ -49,9 +49,32 @@ private:
   TColor FTrailingTextColor = clInactiveCaptionText;
 };
 
+// What date-time pickers and month calendars share: the calendar's colours and the
+// range of dates it offers (0: no limit).
+class TCommonCalendar : public TWinControl {
+  LUMORA_CLASS(TCommonCalendar, TWinControl)
+public:
+  explicit TCommonCalendar(TComponent* owner);
+  ~TCommonCalendar() override;
+  TMonthCalColors* CalColors() const { return FCalColors; }
+  void SetCalColors(TMonthCalColors* value) { FCalColors->Assign(value); }
+  TDateTime MaxDate() const { return FMaxDate; }
+  void SetMaxDate(TDateTime value);
+  TDateTime MinDate() const { return FMinDate; }
+  void SetMinDate(TDateTime value);
+
+protected:
+  bool ClicksFromMouse() const override { return false; }
+
+  TMonthCalColors* FCalColors;
+  TDateTime FMaxDate;
+  TDateTime FMinDate;
+  bool FSyncing = false;  // the widget is being set from the control
+};
+
 // A date or a time in an edit, with a drop-down calendar or up-down arrows.
-class TDateTimePicker : public TWinControl {
-  LUMORA_CLASS(TDateTimePicker, TWinControl)
+class TDateTimePicker : public TCommonCalendar {
+  LUMORA_CLASS(TDateTimePicker, TCommonCalendar)
 public:
   explicit TDateTimePicker(TComponent* owner);
   ~TDateTimePicker() override;
@@ -66,8 +89,6 @@ public:
   void SetTime(TDateTime value);
   TDTCalAlignment CalAlignment() const { return FCalAlignment; }
   void SetCalAlignment(TDTCalAlignment value) { FCalAlignment = value; }
-  TMonthCalColors* CalColors() const { return FCalColors; }
-  void SetCalColors(TMonthCalColors* value) { FCalColors->Assign(value); }
   bool Checked() const { return FChecked; }
   void SetChecked(bool value);
   TDTDateFormat DateFormat() const { return FDateFormat; }
@@ -76,10 +97,6 @@ public:
   void SetDateMode(TDTDateMode value);
   TDateTimeKind Kind() const { return FKind; }
   void SetKind(TDateTimeKind value);
-  TDateTime MaxDate() const { return FMaxDate; }
-  void SetMaxDate(TDateTime value);
-  TDateTime MinDate() const { return FMinDate; }
-  void SetMinDate(TDateTime value);
   bool ParseInput() const { return FParseInput; }
   void SetParseInput(bool value) { FParseInput = value; }
   bool ShowCheckbox() const { return FShowCheckbox; }
@@ -95,27 +112,22 @@ public:
   QDateTimeEdit* Editor() const;
 
 protected:
-  bool ClicksFromMouse() const override { return false; }
   bool CanAutoSize(int& newWidth, int& newHeight) override;
 
 private:
   TDateTime FDateTime;
   TDTCalAlignment FCalAlignment = dtaLeft;
-  TMonthCalColors* FCalColors;
   bool FChecked = true;
   TDTDateFormat FDateFormat = dfShort;
   TDTDateMode FDateMode = dmComboBox;
   TDateTimeKind FKind = dtkDate;
-  TDateTime FMaxDate;
-  TDateTime FMinDate;
   bool FParseInput = false;
   bool FShowCheckbox = false;
-  bool FSyncing = false;
 };
 
 // A month's calendar; the user picks a day.
-class TMonthCalendar : public TWinControl {
-  LUMORA_CLASS(TMonthCalendar, TWinControl)
+class TMonthCalendar : public TCommonCalendar {
+  LUMORA_CLASS(TMonthCalendar, TCommonCalendar)
 public:
   explicit TMonthCalendar(TComponent* owner);
   ~TMonthCalendar() override;
@@ -123,14 +135,8 @@ public:
   void SetDate(TDateTime value);
   TDateTime EndDate() const { return FEndDate; }
   void SetEndDate(TDateTime value) { FEndDate = value; }
-  TMonthCalColors* CalColors() const { return FCalColors; }
-  void SetCalColors(TMonthCalColors* value) { FCalColors->Assign(value); }
   TCalDayOfWeek FirstDayOfWeek() const { return FFirstDayOfWeek; }
   void SetFirstDayOfWeek(TCalDayOfWeek value);
-  TDateTime MaxDate() const { return FMaxDate; }
-  void SetMaxDate(TDateTime value);
-  TDateTime MinDate() const { return FMinDate; }
-  void SetMinDate(TDateTime value);
   int MaxSelectRange() const { return FMaxSelectRange; }
   void SetMaxSelectRange(int value) { FMaxSelectRange = value; }
   bool MultiSelect() const { return FMultiSelect; }
@@ -145,20 +151,13 @@ public:
   void CreateWidget() override;
   void UpdateWidgetText() override;
 
-protected:
-  bool ClicksFromMouse() const override { return false; }
-
 private:
   TDateTime FDate;
   TDateTime FEndDate;
-  TMonthCalColors* FCalColors;
   TCalDayOfWeek FFirstDayOfWeek = dowLocaleDefault;
-  TDateTime FMaxDate;
-  TDateTime FMinDate;
   int FMaxSelectRange = 31;
   bool FMultiSelect = false;
   bool FShowToday = true;
   bool FShowTodayCircle = true;
   bool FWeekNumbers = false;
-  bool FSyncing = false;
 };

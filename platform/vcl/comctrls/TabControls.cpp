@@ -417,7 +417,7 @@ void TCustomTabControl::Paint(QPainter& painter) {
       layout.HAlign = TTextHAlign::Left;
     }
     DrawCaption(painter, textArea, FFont->Handle(), caption, layout, text);
-    if (selected && focused && !Designing()) DrawFocusRect(painter, area.adjusted(2, 2, -2, -2));
+    if (selected && focused && !Designing()) DrawFocusRect(painter, area.adjusted(2, 2, -2, -2), Sys(clWindowText));
     painter.restore();
   }
 }

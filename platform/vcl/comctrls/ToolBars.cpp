@@ -340,7 +340,7 @@ void TToolButton::Paint(QPainter& painter) {
       VLine(painter, x, 0, FHeight, shadow);
       VLine(painter, x + 1, 0, FHeight, hi);
     }
-    if (designing) DrawFocusRect(painter, QRect(0, 0, FWidth, FHeight));
+    if (designing) DrawDesignFrame(painter, FWidth, FHeight);
     return;
   }
   const int arrow = FStyle == tbsDropDown ? DropDownArrowWidth : 0;

@@ -97,7 +97,7 @@ public:
     painter->setPen(color);
     painter->drawText(textRect.adjusted(2, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
     painter->restore();
-    if (selected && focusedView && option.state & QStyle::State_HasFocus) DrawFocusRect(*painter, textRect);
+    if (selected && focusedView && option.state & QStyle::State_HasFocus) DrawFocusRect(*painter, textRect, Sys(clWindowText));
     (void)active;
   }
 

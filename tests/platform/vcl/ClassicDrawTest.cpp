@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <utility>
+
 namespace {
 
 QImage Canvas(int width, int height) {
@@ -70,6 +73,29 @@ TEST(ClassicDraw, TheFocusRectangleDotsEveryOtherPixel) {
   EXPECT_EQ(image.pixelColor(2, 0), QColor(Qt::black));
   EXPECT_EQ(image.pixelColor(0, 2), QColor(Qt::black));
   EXPECT_EQ(image.pixelColor(4, 3), C(clBtnFace));  // inside stays
+}
+
+TEST(ClassicDraw, TheDesignFrameIsADashedOutlineOfTheWholeControl) {
+  QImage image = Canvas(40, 20);
+  {
+    QPainter p(&image);
+    DrawDesignFrame(p, 40, 20);
+  }
+  // Dashes along every edge, with gaps between them.
+  auto dashesAndGaps = [&](QPoint from, QPoint step, int count) {
+    std::pair<int, int> result{0, 0};
+    for (int i = 0; i < count; ++i, from += step) (image.pixelColor(from) == QColor(Qt::black) ? result.first : result.second)++;
+    return result;
+  };
+  for (const auto& [from, step, count] : {std::tuple{QPoint(0, 0), QPoint(1, 0), 40}, std::tuple{QPoint(0, 19), QPoint(1, 0), 40},
+                                          std::tuple{QPoint(0, 0), QPoint(0, 1), 20}, std::tuple{QPoint(39, 0), QPoint(0, 1), 20}}) {
+    const auto [dashes, gaps] = dashesAndGaps(from, step, count);
+    EXPECT_GE(dashes, count / 2) << from.x() << "," << from.y();
+    EXPECT_GT(gaps, 0) << from.x() << "," << from.y();
+  }
+  // Nothing inside.
+  for (int y = 1; y < 19; ++y)
+    for (int x = 1; x < 39; ++x) ASSERT_EQ(image.pixelColor(x, y), C(clBtnFace)) << x << "," << y;
 }
 
 TEST(ClassicDraw, AnAcceleratorIsUnderlinedAndADoubleAmpersandIsOne) {
