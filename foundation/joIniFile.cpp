@@ -77,8 +77,13 @@ std::string joResolveIniFileName(const std::string& Name) {
   std::string exeDir = ExtractFilePath(joModuleFileName());
   if (IsBlank(Name)) {
     std::string beside = ChangeFileExt(joModuleFileName(), ".ini");
-    // An installed program cannot write beside itself; a portable copy keeps its file there.
-    if (!FileExists(beside) && !IsWritablePath(exeDir.empty() ? "." : exeDir)) return joConfigDir() + "lumora.ini";
+    // An installed program (its data folder share/lumora beside its bin folder) keeps its
+    // settings per user, also where it could write beside itself; so does a program that
+    // cannot write there. A portable copy keeps its file beside it.
+    std::error_code ec;
+    const bool installed = !exeDir.empty() && fs::is_directory(fs::path(exeDir) / ".." / "share" / "lumora", ec);
+    if (!FileExists(beside) && (installed || !IsWritablePath(exeDir.empty() ? "." : exeDir)))
+      return joConfigDir() + "lumora.ini";
     return beside;
   }
   if (FileExists(Name)) return fs::absolute(Name).lexically_normal().string();

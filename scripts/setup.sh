@@ -10,6 +10,7 @@ packages=(
   clang libclang-rt-dev
   fonts-liberation fonts-wine fonts-dejavu-core fonts-wqy-microhei
   xvfb xauth
+  desktop-file-utils shared-mime-info libglib2.0-bin groff-base
 )
 
 missing=()

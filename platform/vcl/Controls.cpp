@@ -749,9 +749,12 @@ void TControl::UpdateWidgetColors() {
   const QColor text = ColorToQColor(FFont->Color());
   pal.setColor(QPalette::Window, back);
   pal.setColor(QPalette::Base, back);
-  pal.setColor(QPalette::WindowText, text);
-  pal.setColor(QPalette::Text, text);
-  pal.setColor(QPalette::ButtonText, text);
+  // The text of a disabled control stays grey, whatever the font's colour.
+  for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+    pal.setColor(group, QPalette::WindowText, text);
+    pal.setColor(group, QPalette::Text, text);
+    pal.setColor(group, QPalette::ButtonText, text);
+  }
   w->setPalette(pal);
 }
 

@@ -58,10 +58,13 @@ void TMenuItem::Insert(int index, TMenuItem* item) {
   if (!item) return;
   if (item->FParent) throw EMenuError("Menu inserted twice");
   index = std::clamp(index, 0, Count());
-  // Group indexes never go down along a menu.
-  if (index > 0 && item->FGroupIndex < FItems[index - 1]->FGroupIndex) item->FGroupIndex = FItems[index - 1]->FGroupIndex;
-  for (int i = index; i < Count(); ++i) {
-    if (FItems[i]->FGroupIndex < item->FGroupIndex) FItems[i]->FGroupIndex = item->FGroupIndex;
+  // Group indexes never go down along a menu. An item being read is placed at the end
+  // before its own group index and its position are read: it is left alone.
+  if (!item->ComponentState().Contains(csLoading)) {
+    if (index > 0 && item->FGroupIndex < FItems[index - 1]->FGroupIndex) item->FGroupIndex = FItems[index - 1]->FGroupIndex;
+    for (int i = index; i < Count(); ++i) {
+      if (FItems[i]->FGroupIndex < item->FGroupIndex) FItems[i]->FGroupIndex = item->FGroupIndex;
+    }
   }
   FItems.insert(FItems.begin() + index, item);
   item->FParent = this;
@@ -168,8 +171,9 @@ void TMenuItem::SetDefault(bool value) {
 
 void TMenuItem::SetGroupIndex(std::uint8_t value) {
   if (FGroupIndex == value) return;
-  // A group index below the one before it is raised to that one.
-  if (FParent) {
+  // A group index below the one before it is raised to that one (not while the item is
+  // read: its position among its siblings comes after its group index).
+  if (FParent && !ComponentState().Contains(csLoading)) {
     const int i = MenuIndex();
     if (i > 0 && value < FParent->FItems[i - 1]->FGroupIndex) value = FParent->FItems[i - 1]->FGroupIndex;
     for (int k = i + 1; k < FParent->Count(); ++k) {

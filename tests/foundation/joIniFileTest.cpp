@@ -90,6 +90,19 @@ TEST_F(joIniFileTest, AnInstalledProgramKeepsItsSettingsInTheConfigurationFolder
   EXPECT_EQ(Text(beside.ReadValueDef("SystemSetting", "Only1VF", Variant())), "0");
 }
 
+TEST_F(joIniFileTest, AnInstalledProgramUsesTheConfigurationFolderAlsoWhereItCouldWrite) {
+  fs::create_directories(Dir.Path() / "prefix/bin");
+  fs::create_directories(Dir.Path() / "prefix/share/lumora");
+  FakeExe = File("prefix/bin/lumora");
+  TjoIniFile ini("");
+  EXPECT_EQ(ini.FileName(), File("config/lumora/lumora.ini"));
+  // The same program copied elsewhere, without its data folder, is a portable copy.
+  fs::create_directories(Dir.Path() / "copy/bin");
+  FakeExe = File("copy/bin/lumora");
+  TjoIniFile portable("");
+  EXPECT_EQ(portable.FileName(), File("copy/bin/lumora.ini"));
+}
+
 TEST_F(joIniFileTest, ARelativeNameIsLookedForBesideTheProgramThenInTheConfigurationFolder) {
   fs::create_directories(Dir.Path() / "config/lumora");
   WriteBytes(File("config/lumora/Shared.ini"), "[A]\nK=config\n");

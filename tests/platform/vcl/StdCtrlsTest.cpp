@@ -74,6 +74,23 @@ TEST_F(StdCtrlsTest, ButtonAcceleratorAndSpaceClick) {
   EXPECT_TRUE(qb->shortcut().isEmpty());
 }
 
+TEST_F(StdCtrlsTest, ADisabledButtonDrawsItsCaptionGrey) {
+  auto* button = Make<TButton>(form, 8, 8, 75, 25);
+  button->SetCaption("&OK");
+  button->Font()->SetColor(clBlack);
+  button->SetEnabled(false);
+  ShowForm();
+  const QPalette pal = button->Widget()->palette();
+  EXPECT_EQ(pal.color(QPalette::Disabled, QPalette::ButtonText), ColorToQColor(clGrayText));
+  EXPECT_EQ(pal.color(QPalette::Active, QPalette::ButtonText), ColorToQColor(clBlack));
+  // What shows: no pixel of the caption is black.
+  const QImage image = button->Widget()->grab().toImage();
+  bool black = false;
+  for (int y = 4; y < image.height() - 4; ++y)
+    for (int x = 4; x < image.width() - 4; ++x) black = black || image.pixelColor(x, y) == QColor(Qt::black);
+  EXPECT_FALSE(black);
+}
+
 TEST_F(StdCtrlsTest, EditsKeepTheirTextAsBytesOfTheFontsCodePage) {
   auto* edit = Make<TEdit>(form, 8, 8, 200, 21);
   edit->Font()->SetCharset(RUSSIAN_CHARSET);

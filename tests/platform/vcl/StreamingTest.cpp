@@ -176,6 +176,24 @@ TEST_F(StreamingTest, ReadingSetsEveryKindOfValue) {
   EXPECT_NE(written.find("  object MainMenu1: TMainMenu\r\n    Left = 200\r\n    Top = 8\r\n"), std::string::npos) << written;
 }
 
+TEST_F(StreamingTest, AMenuItemPlacedBeforeOthersKeepsTheGroupIndexItWasGiven) {
+  // As an inherited form adds a menu between those of its ancestor: the item is read at
+  // the end and moved to its place afterwards.
+  Read("object Form1: TForm1\n  Menu = MainMenu1\n"
+       "  object MainMenu1: TMainMenu\n"
+       "    object File1: TMenuItem\n      Caption = '&File'\n      GroupIndex = 1\n    end\n"
+       "    object Help1: TMenuItem\n      Caption = '&Help'\n      GroupIndex = 10\n    end\n"
+       "    object View1: TMenuItem [1]\n      Caption = '&View'\n      GroupIndex = 1\n    end\n"
+       "  end\nend\n");
+  auto* menu = dynamic_cast<TMainMenu*>(form->FindComponent("MainMenu1"));
+  ASSERT_NE(menu, nullptr);
+  ASSERT_EQ(menu->Items()->Count(), 3);
+  EXPECT_EQ(menu->Items()->Items(1)->Caption(), "&View");
+  EXPECT_EQ(menu->Items()->Items(0)->GroupIndex(), 1);
+  EXPECT_EQ(menu->Items()->Items(1)->GroupIndex(), 1);
+  EXPECT_EQ(menu->Items()->Items(2)->GroupIndex(), 10);
+}
+
 TEST_F(StreamingTest, PicturesGlyphsAndImageListsComeBackByteForByte) {
   QImage image(8, 8, QImage::Format_RGB32);
   image.fill(Qt::red);
