@@ -85,7 +85,11 @@ function(lumora_add_package name)
   lumora_warnings(${name})
   lumora_sanitize(${name})
   set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN/..")
-  install(TARGETS ${name} LIBRARY DESTINATION "${LUMORA_INSTALL_LIBDIR}/packages")
+  # Only the packages Lumora ships are installed; the tests' own stay in the build tree.
+  get_property(shipped GLOBAL PROPERTY LUMORA_SHIPPED_PACKAGES)
+  if(name IN_LIST shipped)
+    install(TARGETS ${name} LIBRARY DESTINATION "${LUMORA_INSTALL_LIBDIR}/packages")
+  endif()
 endfunction()
 
 # lumora_add_tool(<name> [QT] SOURCES ... [DEPS ...]): a command-line program in bin/.
