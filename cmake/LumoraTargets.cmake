@@ -160,6 +160,7 @@ function(lumora_add_benchmark name)
   target_compile_definitions(${name} PRIVATE LUMORA_CORPUS_DIR="${LUMORA_CORPUS_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bench")
   lumora_warnings(${name})
+  lumora_sanitize(${name})
 endfunction()
 
 # lumora_add_fuzzer(<name> SOURCES ... [DEPS ...]): libFuzzer targets, built with clang only.
