@@ -1,26 +1,20 @@
 // The real form files with the data and report packages: every form that uses one of
 // their classes reads it without an unknown property that the Delphi 4 class publishes
-// (properties of later versions are printed by name), and how many of all the component
-// instances the corpus holds get built with the controls and these packages.
+// (properties of later versions are printed by name).
 #include "packages/dcldb/DclDb.h"
 #include "packages/dclqrt/DclQrt.h"
-#include "platform/streaming/ObjectText.h"
-#include "platform/streaming/ResHeader.h"
+#include "tests/packages/CorpusCount.h"
 #include "tests/packages/PackageTestUtil.h"
 #include "tests/support/Corpus.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <regex>
 #include <set>
-#include <sstream>
 
 namespace {
-
-namespace fs = std::filesystem;
 
 // Published by later versions of these classes, not by the Delphi 4 ones: a stream that
 // has them gets "Property ... does not exist", as it would have then.
@@ -75,28 +69,6 @@ std::set<std::string> PackageClassNames() {
   return names;
 }
 
-// Every corpus form: binary files, the binary side of the pairs, text files.
-std::vector<fs::path> AllForms() {
-  auto files = lumora::test::CorpusFiles("bin", ".dfm");
-  for (const auto& more : {lumora::test::CorpusFiles("pairs", ".bin.dfm"), lumora::test::CorpusFiles("text", ".dfm")})
-    files.insert(files.end(), more.begin(), more.end());
-  return files;
-}
-
-// The form as text, or '' when it does not convert.
-std::string FormText(const std::string& data) {
-  try {
-    switch (DetectFormFileFormat(data)) {
-      case TFormFileFormat::Resource: return ObjectBinaryToText(std::string_view(data).substr(ReadResHeader(data)));
-      case TFormFileFormat::Stream: return ObjectBinaryToText(data);
-      case TFormFileFormat::Text: return data;
-      default: return std::string();
-    }
-  } catch (const Exception&) {
-    return std::string();
-  }
-}
-
 class PackagesCorpusTest : public ::testing::Test {
 protected:
   static void SetUpTestSuite() { lumora::test::RegisterPackageClassesForTest(true); }
@@ -105,7 +77,7 @@ protected:
 TEST_F(PackagesCorpusTest, FormsUsingThePackagesClassesReadAllTheirDelphi4Properties) {
   LUMORA_REQUIRE_CORPUS();
   const std::set<std::string> ours = PackageClassNames();
-  const auto files = AllForms();
+  const auto files = lumora::test::CorpusForms();
   ASSERT_GT(files.size(), 3000u);
   std::map<std::string, int> later, missing, otherErrors;
   std::map<std::string, int> instances;  // of our classes, read
@@ -163,76 +135,6 @@ TEST_F(PackagesCorpusTest, FormsUsingThePackagesClassesReadAllTheirDelphi4Proper
   std::printf("\n  values of later versions:");
   for (const auto& [what, count] : otherErrors) std::printf(" [%s](%d)", what.c_str(), count);
   std::printf("\n");
-}
-
-TEST_F(PackagesCorpusTest, ShareOfTheCorpusComponentsBuilt) {
-  LUMORA_REQUIRE_CORPUS();
-  const std::set<std::string> ours = PackageClassNames();
-  const auto files = AllForms();
-  static const std::regex objectLine(R"(^(\s*)(object|inherited|inline)\s+(?:[A-Za-z0-9_]+\s*:\s*)?([A-Za-z0-9_]+))");
-  // Counted with the controls alone and with the packages too: by class (the class is
-  // known) and as the reader builds them (it skips a component of an unknown class with
-  // everything inside it). The root is the user's own class, not counted.
-  struct TCount {
-    long ByClass = 0;
-    long Built = 0;
-  } controls, packages;
-  long total = 0;
-  std::map<std::string, long> notBuilt;
-  for (const auto& path : files) {
-    const std::string text = FormText(lumora::test::ReadFileBytes(path));
-    if (text.empty()) continue;
-    struct TAround {
-      std::size_t Indent;
-      bool Controls, Packages;
-    };
-    std::vector<TAround> around;
-    std::istringstream in(text);
-    std::string line;
-    bool root = true;
-    while (std::getline(in, line)) {
-      std::smatch m;
-      if (!std::regex_search(line, m, objectLine)) continue;
-      const std::size_t indent = m[1].length();
-      while (!around.empty() && around.back().Indent >= indent) around.pop_back();
-      if (root) {
-        root = false;
-        around.push_back({indent, true, true});
-        continue;
-      }
-      const std::string cls = m[3];
-      const bool known = GetClass(cls) != nullptr;
-      const bool knownToControls = known && !ours.count(cls);
-      const bool controlsBuilt = knownToControls && (around.empty() || around.back().Controls);
-      const bool packagesBuilt = known && (around.empty() || around.back().Packages);
-      ++total;
-      controls.ByClass += knownToControls;
-      controls.Built += controlsBuilt;
-      packages.ByClass += known;
-      packages.Built += packagesBuilt;
-      if (!known) ++notBuilt[cls];
-      around.push_back({indent, controlsBuilt, packagesBuilt});
-    }
-  }
-  ASSERT_GT(total, 80000);
-  auto percent = [total](long n) { return 100.0 * static_cast<double>(n) / static_cast<double>(total); };
-  std::printf("  %ld component instances (roots aside)\n", total);
-  std::printf("  controls alone: %.1f%% of the classes known, %.1f%% built\n", percent(controls.ByClass),
-              percent(controls.Built));
-  std::printf("  with the data and report packages: %.1f%% of the classes known, %.1f%% built\n",
-              percent(packages.ByClass), percent(packages.Built));
-  std::vector<std::pair<long, std::string>> top;
-  for (const auto& [cls, n] : notBuilt) top.push_back({n, cls});
-  std::sort(top.begin(), top.end(),
-            [](const auto& a, const auto& b) { return a.first > b.first || (a.first == b.first && a.second < b.second); });
-  std::printf("  the 20 most frequent classes still missing:");
-  for (std::size_t i = 0; i < top.size() && i < 20; ++i) std::printf(" %s(%ld)", top[i].second.c_str(), top[i].first);
-  std::printf("\n");
-  // The packages' classes are a quarter of the corpus's components; with them, four
-  // components in five have a class.
-  EXPECT_GT(percent(packages.ByClass) - percent(controls.ByClass), 24.0);
-  EXPECT_GT(percent(packages.ByClass), 81.5);
-  EXPECT_GT(percent(packages.Built) - percent(controls.Built), 20.0);
 }
 
 }  // namespace
