@@ -41,8 +41,6 @@ TReplaceDialog* GReplaceDialog = nullptr;
 std::string GSearchText;
 bool GSavedHideSelection = true;
 
-void Guard(const std::function<void()>& Fn) { TMessageLoop::Instance().Guarded(Fn); }
-
 bool IsAscii(std::string_view Bytes) {
   const char* P = Bytes.data();
   std::size_t N = Bytes.size();

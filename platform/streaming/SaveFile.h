@@ -4,7 +4,7 @@
 // written. The file keeps its permissions (a new one gets 0666 less the umask); a name
 // that is a link saves into the file linked to. On any failure the previous file stays
 // as it was and the temporary file is removed. Every file the program writes goes
-// through here.
+// through here, a file stream made with fmCreate included.
 
 #include "platform/streaming/Streams.h"
 #include "platform/streaming/SysUtils.h"
@@ -46,7 +46,7 @@ void SaveFile(const std::string& fileName, std::string_view bytes, const TSaveOp
 void SaveFile(const std::string& fileName, const std::function<void(TStream&)>& write,
               const TSaveOptions& options = {});
 
-// Removes the temporary file of a save under way, if there is one. Safe in a signal
+// Removes the temporary files of the saves under way, if there are any. Safe in a signal
 // handler: a program stopped by SIGINT or SIGTERM in the middle of a save calls it so
 // that nothing is left behind.
 void RemovePendingSaveTemporary() noexcept;

@@ -3,10 +3,12 @@
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/RtlConsts.h"
 #include "platform/streaming/SaveFile.h"
+#include "platform/streaming/SaveFileInternal.h"
 #include "platform/streaming/SysUtils.h"
 
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <fcntl.h>
 #include <limits>
 #include <sys/stat.h>
@@ -133,10 +135,10 @@ void THandleStream::SetSize(std::int64_t size) {
 }
 
 TFileStream::TFileStream(const std::string& fileName, std::uint16_t mode)
-    : THandleStream(-1), FFileName(fileName) {
+    : THandleStream(-1), FFileName(fileName), FUncaught(std::uncaught_exceptions()) {
   if (mode == fmCreate) {
-    FHandle = ::open(fileName.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (FHandle < 0) throw EFCreateError(Format(RtlConsts::SFCreateError, fileName));
+    FSave = std::make_unique<TPendingSave>(fileName, TSaveOptions{});
+    FHandle = FSave->Handle();
     return;
   }
   int flags = O_RDONLY;
@@ -153,7 +155,36 @@ TFileStream::TFileStream(const std::string& fileName, std::uint16_t mode)
 }
 
 TFileStream::~TFileStream() {
+  if (FSave) {
+    // Only a content written to its end replaces the file.
+    if (FSave->WriteError() == 0 && std::uncaught_exceptions() <= FUncaught) {
+      try {
+        FSave->Commit();
+      } catch (const ESaveError&) {
+        // Nothing can be raised from here; the previous file is kept.
+      }
+    }
+    return;  // the save closes or removes its temporary file
+  }
   if (FHandle >= 0) ::close(FHandle);
+}
+
+std::int64_t TFileStream::Write(const void* buffer, std::int64_t count) {
+  if (!FSave) return THandleStream::Write(buffer, count);
+  if (count <= 0) return 0;
+  FSave->Write(buffer, count);
+  return count;
+}
+
+void TFileStream::Close() {
+  const int handle = FHandle;
+  FHandle = -1;
+  if (FSave) {
+    const std::unique_ptr<TPendingSave> save = std::move(FSave);
+    save->Commit();
+  } else if (handle >= 0) {
+    ::close(handle);
+  }
 }
 
 // --- memory streams ----------------------------------------------------------

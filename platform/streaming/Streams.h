@@ -3,6 +3,7 @@
 // Reads and writes past what is there raise the runtime's stream errors.
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -10,8 +11,7 @@
 enum TSeekOrigin { soBeginning = 0, soCurrent = 1, soEnd = 2 };
 
 // Open modes of TFileStream (the share bits are accepted and ignored on Linux).
-inline constexpr std::uint16_t fmCreate = 0xFFFF;        // create or truncate, read and write (whole files
-                                                         // are saved with SaveFile instead)
+inline constexpr std::uint16_t fmCreate = 0xFFFF;        // a whole new content, read and write (see TFileStream)
 inline constexpr std::uint16_t fmOpenRead = 0x0000;      // existing file, read only
 inline constexpr std::uint16_t fmOpenWrite = 0x0001;     // existing file, write only
 inline constexpr std::uint16_t fmOpenReadWrite = 0x0002; // existing file, read and write
@@ -73,20 +73,36 @@ protected:
   int FHandle;
 };
 
+class TPendingSave;
+
 // A file opened by name; closed when the stream is destroyed.
+//
+// With fmCreate the stream writes a new content for the whole file the way SaveFile does
+// (see SaveFile.h): the bytes go to a temporary file beside it, and the file only changes
+// when the stream is closed after everything was written. A stream destroyed after a
+// write failed, or while an exception is under way, leaves the file as it was and no
+// temporary file behind. Close says whether the save worked; a destructor cannot, so
+// whoever cares about the answer calls Close.
 class TFileStream : public THandleStream {
 public:
-  // Opens or creates `fileName` with an fm* mode; raises EFOpenError "Cannot open file %s"
-  // or EFCreateError "Cannot create file %s".
+  // Opens `fileName` with an fm* mode; raises EFOpenError "Cannot open file %s", or for
+  // fmCreate ESaveError "Cannot create file %s: REASON".
   TFileStream(const std::string& fileName, std::uint16_t mode);
   ~TFileStream() override;
   TFileStream(const TFileStream&) = delete;
   TFileStream& operator=(const TFileStream&) = delete;
   // The name the file was opened with.
   const std::string& FileName() const { return FFileName; }
+  // With fmCreate, a failed write raises ESaveError naming the file and the reason.
+  std::int64_t Write(const void* buffer, std::int64_t count) override;
+  // Closes the file; with fmCreate, puts the new content in place and raises ESaveError
+  // when it cannot (the previous file is then kept). The stream can do nothing after.
+  void Close();
 
 private:
   std::string FFileName;
+  std::unique_ptr<TPendingSave> FSave;  // fmCreate: the save under way
+  int FUncaught = 0;                    // exceptions under way when the stream was made
 };
 
 // Bytes in memory read through a stream. This base class reads a block it does not own

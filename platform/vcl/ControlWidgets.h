@@ -10,15 +10,11 @@
 #include <QObject>
 #include <QWidget>
 
-#include <functional>
 
 class TControl;
 
 // Whether the component is being read from a stream.
 inline bool Loading(const TComponent* c) { return c->ComponentState().Contains(csLoading); }
-
-// Runs a handler the way the event loop runs one: an exception goes to the application.
-inline void Guard(const std::function<void()>& fn) { TMessageLoop::Instance().Guarded(fn); }
 
 // A colour of the classic palette (clBtnFace, ...) or an RGB colour, to paint with.
 inline QColor Sys(TColor c) { return ColorToQColor(c); }

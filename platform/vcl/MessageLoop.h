@@ -85,6 +85,9 @@ private:
   QPointer<QObject> FLastKeyReceiver;
 };
 
+// Runs a handler the way the event loop runs one: an exception goes to the application.
+inline void Guard(const std::function<void()>& fn) { TMessageLoop::Instance().Guarded(fn); }
+
 // A QApplication whose event delivery catches every exception and hands it to the
 // message loop, for programs that own their QApplication.
 class TQtApplication : public QApplication {

@@ -185,4 +185,27 @@ TEST(SaveFile, ASignalHandlerCanRemoveTheTemporaryOfASaveUnderWay) {
   EXPECT_EQ(message, "Cannot create file " + name + ": No such file or directory");
 }
 
+TEST(SaveFile, ASignalHandlerRemovesTheTemporariesOfEverySaveUnderWay) {
+  TTempDir dir;
+  const std::string kept = dir / "Form1.dfm";
+  const std::string open = dir / "Form2.dfm";
+  WriteBytes(kept, "previous");
+  TFileStream stream(open, fmCreate);
+  stream.WriteBuffer(std::string_view("half"));
+  // A save that starts and ends while the stream is open leaves the stream's save known.
+  SaveFile(kept, "saved");
+  const std::string message = SaveErrorOf([&] {
+    SaveFile(kept, [&](TStream& other) {
+      other.WriteBuffer(std::string_view("half"));
+      EXPECT_EQ(FolderEntries(dir.Path()).size(), 3u);
+      RemovePendingSaveTemporary();
+    });
+  });
+  EXPECT_EQ(message, "Cannot create file " + kept + ": No such file or directory");
+  EXPECT_EQ(FolderEntries(dir.Path()), std::vector<std::string>{"Form1.dfm"});
+  EXPECT_EQ(ReadFileBytes(kept), "saved");
+  EXPECT_EQ(SaveErrorOf([&] { stream.Close(); }), "Cannot create file " + open + ": No such file or directory");
+  EXPECT_EQ(FolderEntries(dir.Path()), std::vector<std::string>{"Form1.dfm"});
+}
+
 }  // namespace

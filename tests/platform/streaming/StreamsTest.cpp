@@ -141,8 +141,102 @@ TEST(FileStream, UncreatableFileRaisesCannotCreate) {
     TFileStream file(name, fmCreate);
     FAIL() << "no error";
   } catch (const EFCreateError& e) {
-    EXPECT_EQ(e.Message(), "Cannot create file " + name);
+    EXPECT_EQ(e.Message(), "Cannot create file " + name + ": No such file or directory");
   }
+}
+
+TEST(FileStream, CreateReplacesTheFileOnlyWhenClosed) {
+  TTempDir dir;
+  const std::string name = dir / "saved.dfm";
+  TMemoryStream(std::string("previous")).SaveToFile(name);
+  ASSERT_EQ(::chmod(name.c_str(), 0640), 0);
+  TFileStream file(name, fmCreate);
+  file.WriteBuffer(std::string_view("new content"));
+  file.SetPosition(4);
+  EXPECT_EQ(file.ReadRest(), "content");
+  // Until the stream is closed, whoever reads the file finds it as it was.
+  EXPECT_EQ(ReadFileToString(name), "previous");
+  file.Close();
+  EXPECT_EQ(ReadFileToString(name), "new content");
+  struct stat st {};
+  ASSERT_EQ(::stat(name.c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 07777, 0640u);
+  EXPECT_EQ(FolderEntries(dir.Path()), std::vector<std::string>{"saved.dfm"});
+}
+
+TEST(FileStream, CreateOnAFullDeviceLosesNothing) {
+  TTempDir dir;
+  const std::string name = dir / "saved.dfm";
+  TMemoryStream(std::string("previous")).SaveToFile(name);
+  const std::string big(1000, 'x');
+  {
+    lumora::test::TFailingDevice device(100);
+    // The failing write names the file; the stream destroyed after it keeps the file.
+    EXPECT_EQ(MessageOf<EFCreateError>([&] {
+                TFileStream file(name, fmCreate);
+                file.WriteBuffer(big);
+              }),
+              "Cannot create file " + name + ": File too large");
+    // A write error caught by the writer still stops the file from being replaced.
+    {
+      TFileStream file(name, fmCreate);
+      EXPECT_THROW(file.WriteBuffer(big), EFCreateError);
+      EXPECT_EQ(MessageOf<EFCreateError>([&] { file.Close(); }), "Cannot create file " + name + ": File too large");
+    }
+    {
+      TFileStream file(name, fmCreate);
+      EXPECT_THROW(file.WriteBuffer(big), EFCreateError);
+    }
+  }
+  EXPECT_EQ(ReadFileToString(name), "previous");
+  EXPECT_EQ(FolderEntries(dir.Path()), std::vector<std::string>{"saved.dfm"});
+}
+
+TEST(FileStream, CreateInAReadOnlyFolderLosesNothing) {
+  TTempDir dir;
+  const std::string name = dir / "saved.dfm";
+  TMemoryStream(std::string("previous")).SaveToFile(name);
+  lumora::test::MakeReadOnlyForOthers(dir.Path());
+  const std::string message = lumora::test::RunAsOtherUser([&] {
+    return MessageOf<EFCreateError>([&] {
+      TFileStream file(name, fmCreate);
+      file.WriteBuffer(std::string_view("new"));
+      file.Close();
+    });
+  });
+  EXPECT_EQ(message, "Cannot create file " + name + ": Permission denied");
+  EXPECT_EQ(ReadFileToString(name), "previous");
+  EXPECT_EQ(FolderEntries(dir.Path()), std::vector<std::string>{"saved.dfm"});
+}
+
+TEST(FileStream, AnErrorWhileWritingKeepsThePreviousFile) {
+  TTempDir dir;
+  const std::string name = dir / "saved.dfm";
+  TMemoryStream(std::string("previous")).SaveToFile(name);
+  EXPECT_EQ(MessageOf<EConvertError>([&] {
+              TFileStream file(name, fmCreate);
+              file.WriteBuffer(std::string_view("half of it"));
+              throw EConvertError("the rest cannot be written");
+            }),
+            "the rest cannot be written");
+  EXPECT_EQ(ReadFileToString(name), "previous");
+  EXPECT_EQ(FolderEntries(dir.Path()), std::vector<std::string>{"saved.dfm"});
+}
+
+TEST(FileStream, CreateMakesANewFileWithTheUsualPermissions) {
+  TTempDir dir;
+  const std::string name = dir / "new.dfm";
+  const mode_t mask = ::umask(022);
+  {
+    TFileStream file(name, fmCreate);
+    file.WriteBuffer(std::string_view("made"));
+  }
+  ::umask(mask);
+  EXPECT_EQ(ReadFileToString(name), "made");
+  struct stat st {};
+  ASSERT_EQ(::stat(name.c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 07777, 0644u);
+  EXPECT_EQ(FolderEntries(dir.Path()), std::vector<std::string>{"new.dfm"});
 }
 
 TEST(FileStream, AFolderIsNotAFile) {
