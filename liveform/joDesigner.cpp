@@ -312,26 +312,27 @@ TfixFormFFF* TjoDesigner::Form() {
 
 void TjoDesigner::DocumentChanged(TObject*) {
   NeedsReload = true;
-  if (FTextEditor) LoadTextEditor();
+  // The text view follows a new state of the document; a state that came from the text
+  // itself leaves it as the user has it (still to be saved).
+  if (FTextEditor && std::string_view(FTextEditor->SourceStream()) != FDocument->Data()) LoadTextEditor();
   if (FInspector && !FInspector->IsEmpty()) FInspector->Assign(FDocument);
   if (FForm && FForm->Showing()) Form();
 }
 
+void TjoDesigner::CompileText() {
+  if (!FTextEditor) return;
+  // A parser error leaves here, with the caret on the line it names.
+  FTextEditor->Compile();
+  const std::string& stream = FTextEditor->SourceStream();
+  if (stream.empty() || Document()->Data() == std::string_view(stream)) return;
+  TMemoryStream compiled(stream);
+  Document()->LoadFromStream(compiled, false);
+}
+
 void TjoDesigner::Show() {
-  if (FTextEditor && FTextEditor->Modified()) {
-    // A parser error leaves here: the live form is not shown while the text has errors.
-    FTextEditor->Compile();
-    TMemoryStream compiled(FTextEditor->SourceStream());
-    if (compiled.Size() > 0) {
-      Document()->LoadFromStream(compiled, false);
-    } else {
-      TStringList text;
-      FTextEditor->GetLines(&text);
-      Document()->Assign(&text);
-    }
-    if (FTextEditor) FTextEditor->SetModified(false);
-    if (FInspector) FInspector->Assign(FDocument);
-  }
+  // The live form is not shown while the text has errors. The text stays marked
+  // modified: it is in the document now, not yet in a file.
+  if (FTextEditor && FTextEditor->Modified()) CompileText();
   TfixFormFFF* form = Form();
   if (form->WindowState() == wsMinimized) form->SetWindowState(wsNormal);
   form->Show();
@@ -576,6 +577,15 @@ int TjoDesigner::DesignerCount() { return static_cast<int>(AllDesigners.size());
 TjoDesigner* TjoDesigner::Designers(int Index) { return AllDesigners.at(static_cast<size_t>(Index)); }
 
 TjoDesigner* TjoDesigner::ActiveDesigner() { return TheActiveDesigner; }
+
+void TjoDesigner::MainFormActivated() {
+  TjoDesigner* previous = TheActiveDesigner;
+  TheActiveDesigner = nullptr;
+  if (previous && previous->FInspector && previous->FInspector->Visible()) {
+    previous->FInspector->Hide();
+    previous->InspectorWanted = true;
+  }
+}
 
 TShortCut TjoDesigner::CloseShortCut() { return CloseKey; }
 

@@ -112,8 +112,11 @@ public:
   // ---- Commands
   // Shows the live form. A modified text view is compiled first and its stream becomes
   // the document's; when it does not compile, the parser's error is raised and nothing
-  // is shown.
+  // is shown. The text keeps its modified mark (it is not saved anywhere yet).
   void Show();
+  // The text view's text into the document: compiled when it needs it, its stream handed
+  // to the document when it differs. Raises the parser's error when it does not compile.
+  void CompileText();
   // F12: the text view of the document.
   void ShowText();
   // F11: the object inspector.
@@ -135,6 +138,9 @@ public:
   static TjoDesigner* Designers(int Index);
   // The designer whose host form was activated last, or none.
   static TjoDesigner* ActiveDesigner();
+  // The program's main window became active: no designer is active any more, and the
+  // inspector of the one that was hides until its form is activated again.
+  static void MainFormActivated();
   // The close (Esc), view-as-text (F12) and show-inspector (F11) shortcuts. Setting the
   // last two rewrites the text after the tab of their items in every live form's menu.
   static TShortCut CloseShortCut();

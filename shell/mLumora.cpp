@@ -439,7 +439,10 @@ void TFrm_mLumora::WriteSettings() {
   FIni->WriteValue(kSystemSetting, "KeyOI", Variant(int(FKeyOI)));
 }
 
-void TFrm_mLumora::FormActivate(TObject*) {}
+void TFrm_mLumora::FormActivate(TObject*) {
+  // The live forms' inspectors follow their forms: none stays over this window.
+  TjoDesigner::MainFormActivated();
+}
 
 void TFrm_mLumora::FormClose(TObject*, TCloseAction& Action) {
   if (!CloseEditorQuery()) {
@@ -473,7 +476,7 @@ void TFrm_mLumora::mi_OpenAsTextClick(TObject*) {
 
 void TFrm_mLumora::mi_ViewAsFormClick(TObject*) {
   if (Screen->ActiveCustomForm() != this) return;
-  if (FEditorDesigner) ShowLiveForm(FEditorDesigner);
+  if (TjoDesigner* designer = EditorDesigner()) ShowLiveForm(designer);
 }
 
 void TFrm_mLumora::mi_FileSaveAsClick(TObject*) { SaveEditorIfNeeded(true); }
@@ -756,9 +759,9 @@ TjoDesigner* TFrm_mLumora::DocumentDesigner(int Index) const {
 
 void TFrm_mLumora::DeleteDocument(int Index) {
   auto* record = static_cast<rItem*>(FDocuments->ItemPtr(Index));
-  if (record->Designer && record->Designer == FEditorDesigner) {
-    FEditorDesigner = nullptr;
-    if (FEditor) FEditor->Clear();
+  if (FEditor && record->Designer && record->Designer->TextEditor() == FEditor) {
+    record->Designer->SetTextEditor(nullptr);
+    FEditor->Clear();
   }
   FDocuments->Delete(Index);
 }
@@ -772,43 +775,36 @@ void TFrm_mLumora::ShowLiveForm(TjoDesigner* Designer) {
       RefreshWindowMenu();
       return;
     }
-    // A modified text is compiled first; when it does not parse the live form waits.
-    if (Designer == FEditorDesigner) CompileIntoDocument();
+    // The designer compiles a modified text first; when it does not parse the live form waits.
     Designer->Show();
   }
   RefreshWindowMenu();
 }
 
-void TFrm_mLumora::CompileIntoDocument() {
-  if (!FEditor || !FEditorDesigner) return;
-  if (!FEditor->Compiled()) FEditor->Compile();
-  const std::string& stream = FEditor->SourceStream();
-  TjoComponentResource* document = FEditorDesigner->Document();
-  if (stream.empty() || document->Data() == std::string_view(stream)) return;
-  TMemoryStream data;
-  data.WriteBuffer(stream);
-  data.SetPosition(0);
-  document->LoadFromStream(data, false);
+TjoDesigner* TFrm_mLumora::EditorDesigner() const {
+  if (!FEditor) return nullptr;
+  for (int i = 0; i < DocumentCount(); ++i) {
+    TjoDesigner* designer = DocumentDesigner(i);
+    if (designer && designer->TextEditor() == FEditor) return designer;
+  }
+  return nullptr;
 }
 
 void TFrm_mLumora::EditorCompileClick(TObject* Sender) {
   if (FEditorCompile) FEditorCompile(Sender);
-  CompileIntoDocument();
+  if (TjoDesigner* designer = EditorDesigner()) designer->CompileText();
 }
 
 void TFrm_mLumora::AttachEditor(TjoDesigner* Designer) {
-  TjoDFM_ResourceEditor* editor = GetEditor();
-  TStringList lines;
-  Designer->Document()->AssignTo(&lines);
-  FEditorDesigner = Designer;
-  editor->LoadLines(&lines, Designer->Document()->Data());
+  // The designer fills the editor with its document's text.
+  Designer->SetTextEditor(GetEditor());
 }
 
 void TFrm_mLumora::DetachEditor(TjoDesigner* Keep) {
-  TjoDesigner* designer = FEditorDesigner;
+  TjoDesigner* designer = EditorDesigner();
   if (!designer) return;
-  FEditorDesigner = nullptr;
-  if (FEditor) FEditor->Clear();
+  designer->SetTextEditor(nullptr);
+  FEditor->Clear();
   // A document shown nowhere closes.
   if (designer != Keep && !LiveFormVisible(designer)) {
     const int index = IndexOfDesigner(designer);
@@ -862,8 +858,9 @@ bool TFrm_mLumora::SaveEditorText(TjoDFM_ResourceEditor* Editor, bool Force) {
   if (!Editor->Modified() && !Force) return true;
   if (Editor->Modified()) {
     try {
-      if (Editor == FEditor)
-        CompileIntoDocument();
+      TjoDesigner* designer = Editor == FEditor ? EditorDesigner() : nullptr;
+      if (designer)
+        designer->CompileText();
       else
         Editor->Compile();
     } catch (const Exception& e) {
@@ -1045,7 +1042,7 @@ void TFrm_mLumora::Dispatch(TMessage& Message) {
       auto* designer = reinterpret_cast<TjoDesigner*>(Message.LParam);
       const int index = IndexOfDesigner(designer);
       // A designer whose text is in the editor keeps its document.
-      if (index >= 0 && designer != FEditorDesigner && !LiveFormVisible(designer)) DeleteDocument(index);
+      if (index >= 0 && !designer->TextEditor() && !LiveFormVisible(designer)) DeleteDocument(index);
       RefreshWindowMenu();
       return;
     }

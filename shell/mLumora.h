@@ -194,8 +194,8 @@ public:
   // The save routine of Save As and of the close question.
   bool SaveEditorText(TjoDFM_ResourceEditor* Editor, bool Force);
   void CloseAll();
-  // The designer whose text the editor shows, or none.
-  TjoDesigner* EditorDesigner() const { return FEditorDesigner; }
+  // The designer whose text editor is this window's editor, or none.
+  TjoDesigner* EditorDesigner() const;
   // The documents, oldest first.
   int DocumentCount() const;
   std::string DocumentName(int Index) const;
@@ -237,19 +237,15 @@ private:
   void DeleteDocument(int Index);
   int IndexOfDesigner(TjoDesigner* Designer) const;
   static bool LiveFormVisible(TjoDesigner* Designer);
-  // The editor's text into the designer's document (compiled first when it needs it).
+  // The editor shows the designer's document; the designer holds the link (its text editor).
   void AttachEditor(TjoDesigner* Designer);
   // The editor forgets its document, which closes unless its live form shows.
   void DetachEditor(TjoDesigner* Keep = nullptr);
-  // Compiles a text that needs it and hands the stream to the document the editor shows;
-  // raises when the text does not parse.
-  void CompileIntoDocument();
   void EditorCompileClick(TObject* Sender);
   void WindowMenuItemClick(TObject* Sender);
 
   TFixForm_1245al67_9* FRelayWindow = nullptr;
   TWindowFilter* FWindowFilter = nullptr;
-  TjoDesigner* FEditorDesigner = nullptr;
   TNotifyEvent FEditorCompile;
 };
 

@@ -366,7 +366,9 @@ QFont MakeFont(const TFontRequest& request) {
   int em = request.Height < 0 ? -request.Height : 0;
   const QString family = ClassicFontFamily(request.Name, em > 0 ? em : (request.Height > 0 ? request.Height : 11));
   QFont font(family);
-  font.setStyleStrategy(QFont::PreferDefault);
+  // Text is drawn glyph by glyph as the classic system draws it: no ligatures (the
+  // classic sans face joins "T" and "M" into a trademark sign) and, below, no kerning.
+  font.setStyleStrategy(QFont::PreferNoShaping);
   if (request.Height > 0) {
     // A cell height: find the character height whose cell it is.
     QFont probe(family);

@@ -4,6 +4,7 @@
 #include "tests/shell/MainWindowTestUtil.h"
 
 #include "liveform/joDesigner.h"
+#include "liveform/joObjInspector.h"
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "textedit/DFM_ResEdit.h"
@@ -646,4 +647,113 @@ TEST_F(DocumentsTest, AFormTextFileDroppedOnTheBannerOpensAsALiveForm) {
   EXPECT_EQ(form->DocumentDesigner(0)->HostForm()->Caption(), "From a drop");
   // The save dialog, when it is made, will start where the dropped file is.
   EXPECT_EQ(SaveDialogFolder(), path);
+}
+
+// ---- An edit seen as a live form is still the user's to save ------------------------------------
+
+namespace {
+
+class EditViewCloseTest : public DocumentsTest {
+protected:
+  // Opens the file as text, types " edited" at the end of its caption, F12 to the live
+  // form, F12 there back to the text: the steps of a user who looks at an edit.
+  void EditAndView(const std::string& path) {
+    form->FReadOnly = false;
+    OpenAsTextFromMenu(path, false);
+    TjoRichEdit* rich = Editor()->RichEdit();
+    rich->Widget()->setFocus();
+    QTest::keyClick(rich->Widget(), Qt::Key_Home, Qt::ControlModifier);
+    for (int i = 0; i < 3; ++i) QTest::keyClick(rich->Widget(), Qt::Key_Down);
+    QTest::keyClick(rich->Widget(), Qt::Key_End);
+    QTest::keyClick(rich->Widget(), Qt::Key_Left);
+    QTest::keyClicks(rich->Widget(), " edited");
+    ASSERT_EQ(rich->Lines()->Strings(3), "  Caption = 'First form edited'");
+    QTest::keyClick(form->Widget(), Qt::Key_F12);
+    QApplication::processEvents();
+    ASSERT_EQ(form->DocumentCount(), 1);
+    TfixFormFFF* live = form->DocumentDesigner(0)->HostForm();
+    ASSERT_NE(live, nullptr);
+    ASSERT_TRUE(live->Visible());
+    EXPECT_EQ(live->Caption(), "First form edited");
+    Activate(live);
+    QTest::keyClick(live->Widget(), Qt::Key_F12);
+    QApplication::processEvents();
+    ASSERT_TRUE(form->FEditorShown);
+    // The edit is in the live form, not yet in the file.
+    EXPECT_TRUE(Editor()->Modified());
+    EXPECT_EQ(Editor()->RichEdit()->Lines()->Strings(3), "  Caption = 'First form edited'");
+  }
+  void CloseEditor() {
+    Activate(form);
+    QTest::keyClick(form->Widget(), Qt::Key_Escape);
+    QApplication::processEvents();
+  }
+};
+
+}  // namespace
+
+TEST_F(EditViewCloseTest, AnsweredNoNothingIsWritten) {
+  Start();
+  const std::string path = Binary("a.dfm");
+  const std::string before = ReadText(path);
+  EditAndView(path);
+  PushNextAnswer(mrNo);
+  CloseEditor();
+  EXPECT_EQ(Questions(), std::vector<std::string>{"Save changes?"});
+  EXPECT_FALSE(form->FEditorShown);
+  EXPECT_EQ(ReadText(path), before);
+}
+
+TEST_F(EditViewCloseTest, AnsweredYesTheFileIsSavedWithTheEdit) {
+  Start();
+  const std::string path = Binary("a.dfm");
+  EditAndView(path);
+  PushNextAnswer(mrYes);
+  SetFileDialogHook([path](TOpenDialog& d) {
+    d.SetFileName(path);
+    d.SetFilterIndex(1);
+    return true;
+  });
+  CloseEditor();
+  SetFileDialogHook(nullptr);
+  EXPECT_EQ(Questions(), std::vector<std::string>{"Save changes?"});
+  EXPECT_FALSE(form->FEditorShown);
+  const std::string file = ReadText(path);
+  ASSERT_TRUE(IsBinaryFormFile(path));
+  const std::string text = ObjectBinaryToText(std::string_view(file).substr(file.find("TPF0")));
+  EXPECT_NE(text.find("Caption = 'First form edited'"), std::string::npos) << text;
+}
+
+TEST_F(EditViewCloseTest, AnsweredCancelTheEditorKeepsTheText) {
+  Start();
+  const std::string path = Binary("a.dfm");
+  const std::string before = ReadText(path);
+  EditAndView(path);
+  PushNextAnswer(mrCancel);
+  CloseEditor();
+  EXPECT_EQ(Questions(), std::vector<std::string>{"Save changes?"});
+  EXPECT_TRUE(form->FEditorShown);
+  EXPECT_TRUE(Editor()->Modified());
+  EXPECT_EQ(ReadText(path), before);
+}
+
+TEST_F(DocumentsTest, TheMainWindowActivatedHidesALiveFormsInspectorUntilTheFormComesBack) {
+  Start();
+  OpenAsFormFromMenu(Binary("a.dfm"));
+  TjoDesigner* designer = form->DocumentDesigner(0);
+  TfixFormFFF* live = designer->HostForm();
+  ASSERT_NE(live, nullptr);
+  Activate(live);
+  QTest::keyClick(live->Widget(), Qt::Key_F11);
+  QApplication::processEvents();
+  ASSERT_NE(designer->Inspector(), nullptr);
+  ASSERT_TRUE(designer->Inspector()->Visible());
+  // The inspector stays on top: over the main window it would hide the text.
+  Activate(form);
+  EXPECT_FALSE(designer->Inspector()->Visible());
+  EXPECT_EQ(TjoDesigner::ActiveDesigner(), nullptr);
+  EXPECT_TRUE(live->Visible());
+  Activate(live);
+  EXPECT_TRUE(designer->Inspector()->Visible());
+  EXPECT_EQ(TjoDesigner::ActiveDesigner(), designer);
 }

@@ -93,6 +93,18 @@ void ExitByMenu() {
   });
 }
 
+// Puts the caret before the closing quote of the editor's caption line and types `text`.
+void TypeAtCaptionEnd(const std::string& text) {
+  TjoRichEdit* rich = Main()->FEditor->RichEdit();
+  for (int i = 0; i < rich->Lines()->Count(); ++i) {
+    if (rich->Lines()->Strings(i).find("Caption = '") == std::string::npos) continue;
+    rich->SetSelStart(rich->LineIndex(i) + rich->LineLength(i) - 1);
+    break;
+  }
+  rich->Widget()->setFocus();
+  QTest::keyClicks(rich->Widget(), QString::fromStdString(text));
+}
+
 // ---- Scenarios -------------------------------------------------------------------------
 
 // The banner is up: how long it took, then the end.
@@ -162,15 +174,7 @@ void TextSessionScenario() {
     Say("line0 " + editor()->RichEdit()->Lines()->Strings(0));
   });
   gScript.Then([editor] {
-    // Caret to the end of the caption line, a word typed there, then "Compile".
-    TjoRichEdit* rich = editor()->RichEdit();
-    for (int i = 0; i < rich->Lines()->Count(); ++i) {
-      if (rich->Lines()->Strings(i).find("Caption = '") == std::string::npos) continue;
-      rich->SetSelStart(rich->LineIndex(i) + rich->LineLength(i) - 1);
-      break;
-    }
-    rich->Widget()->setFocus();
-    QTest::keyClicks(rich->Widget(), " edited");
+    TypeAtCaptionEnd(" edited");
     editor()->CompileItem()->Click();
     Say("modified " + std::to_string(editor()->Modified()));
   });
@@ -214,6 +218,37 @@ void TextSessionScenario() {
   ExitByMenu();
 }
 
+// The file of the command line as text: a word typed into its caption, F12 to the live
+// form and F12 back, then the program left by its menu. "Save changes?" is answered with
+// the scenario's first argument (yes or no); yes saves over the file as a binary form.
+void EditViewExitScenario() {
+  gScript.When([] { return ProgramIdle() && Main()->FEditorShown; }, [] {
+    TypeAtCaptionEnd(" edited");
+    Activate(Main());
+    QTest::keyClick(Main()->Widget(), Qt::Key_F12);
+  });
+  gScript.When([] { return Main()->EditorDesigner() && Main()->EditorDesigner()->HostForm(); }, [] {
+    TfixFormFFF* live = Main()->EditorDesigner()->HostForm();
+    Say("live-form " + live->Caption());
+    Activate(live);
+    QTest::keyClick(live->Widget(), Qt::Key_F12);
+  });
+  gScript.Then([] {
+    Say("back " + std::to_string(Main()->FEditorShown) + " modified " + std::to_string(Main()->FEditor->Modified()));
+    const bool yes = gArgs.at(0) == "yes";
+    SetUserQuestionHook([yes](const TUserQuestion& q) {
+      Say("question " + q.Text);
+      return q.IsMessageBox ? IDOK : yes ? mrYes : mrNo;
+    });
+    SetFileDialogHook([](TOpenDialog& d) {
+      d.SetFileName(Main()->FCurrentFile);
+      d.SetFilterIndex(1);
+      return true;
+    });
+  });
+  ExitByMenu();
+}
+
 const std::map<std::string, std::function<void()>>& Scenarios() {
   static const std::map<std::string, std::function<void()>> scenarios = {
       {"banner", BannerScenario},
@@ -222,6 +257,7 @@ const std::map<std::string, std::function<void()>>& Scenarios() {
       {"settings-report", SettingsReportScenario},
       {"relay", RelayScenario},
       {"text-session", TextSessionScenario},
+      {"edit-view-exit", EditViewExitScenario},
   };
   return scenarios;
 }

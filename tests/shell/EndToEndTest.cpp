@@ -175,3 +175,47 @@ TEST_F(EndToEndTest, AFormOpenedAsTextIsEditedSavedInThreeKindsViewedAsFormAndLe
   EXPECT_NE(settings.str().find("Editor.TreeWidth=210"), std::string::npos) << settings.str();
   EXPECT_NE(settings.str().find("Editor.FontEditor.Size=12"), std::string::npos) << settings.str();
 }
+
+namespace {
+
+// A form text file edited as text, looked at as a live form and back, then the program
+// left by its menu with "Save changes?" answered as given.
+class EditViewExitTest : public EndToEndTest {
+protected:
+  TRun EditViewExit(const std::string& answer) {
+    lumora::test::WriteBytes(dir / "form.dfm", kOriginal);
+    lumora::test::WriteBytes(dir / "lumora.ini", "[SystemSetting]\nViewAsForm=0\nReadOnly=0\n");
+    lumora::test::WriteBytes(dir / "known-packages", "");
+    return Run("edit-view-exit", {QString::fromStdString(dir / "form.dfm")}, {QString::fromStdString(answer)});
+  }
+  std::string File() {
+    std::ifstream in(dir / "form.dfm", std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+  }
+  const std::string kOriginal = "object Form1: TForm\n  Caption = 'Plain'\n  ClientHeight = 90\n  ClientWidth = 160\nend\n";
+};
+
+}  // namespace
+
+TEST_F(EditViewExitTest, AnsweredNoTheFileStaysAsItWas) {
+  const TRun r = EditViewExit("no");
+  ASSERT_EQ(r.Status, 0) << r.Err;
+  EXPECT_EQ(r.Value("live-form"), "Plain edited");
+  EXPECT_EQ(r.Value("back"), "1 modified 1");
+  EXPECT_EQ(r.Value("question"), "Save changes?");
+  EXPECT_TRUE(r.Has("exit 0"));
+  EXPECT_EQ(File(), kOriginal);
+}
+
+TEST_F(EditViewExitTest, AnsweredYesTheFileHoldsTheEdit) {
+  const TRun r = EditViewExit("yes");
+  ASSERT_EQ(r.Status, 0) << r.Err;
+  EXPECT_EQ(r.Value("question"), "Save changes?");
+  EXPECT_TRUE(r.Has("exit 0"));
+  const std::string file = File();
+  EXPECT_EQ(file.substr(0, 2), "\xFF\x0A");
+  EXPECT_NE(file.find("TPF0"), std::string::npos);
+  EXPECT_NE(file.find("Plain edited"), std::string::npos);
+}

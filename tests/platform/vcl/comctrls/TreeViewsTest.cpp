@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QTest>
+#include <QTextLayout>
 #include <QTreeWidget>
 
 #include <gtest/gtest.h>
@@ -84,6 +85,30 @@ TEST_F(ComCtrlsTest, ATreeViewReadsItsNodesAndShowsThemNested) {
   EXPECT_EQ(w->topLevelItem(0)->child(1)->text(0), QStringLiteral("SubTest1.2"));
   EXPECT_EQ(w->topLevelItem(1)->childCount(), 0);
   EXPECT_EQ(w->indentation(), 19);
+}
+
+TEST_F(ComCtrlsTest, ClassNamesWithTMAreDrawnLetterByLetter) {
+  Read(TreeForm);
+  auto* tv = Find<TTreeView>("TreeView1");
+  tv->Items()->Add(nullptr, "object Memo1: TMemo");
+  tv->Items()->Add(nullptr, "MainMenu1: TMainMenu");
+  ShowForm();
+  QTreeWidget* w = Tree(tv);
+  ASSERT_EQ(w->topLevelItemCount(), 4);
+  EXPECT_EQ(w->topLevelItem(2)->text(0), QStringLiteral("object Memo1: TMemo"));
+  EXPECT_EQ(w->topLevelItem(3)->text(0), QStringLiteral("MainMenu1: TMainMenu"));
+  // The classic sans face joins "T" and "M" into one trademark glyph when text is shaped.
+  EXPECT_EQ(w->font().family(), QStringLiteral("MS Sans Serif"));
+  for (int i : {2, 3}) {
+    const QString text = w->topLevelItem(i)->text(0);
+    QTextLayout layout(text, w->font());
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    qsizetype glyphs = 0;
+    for (const QGlyphRun& run : layout.glyphRuns()) glyphs += run.glyphIndexes().size();
+    EXPECT_EQ(glyphs, text.size()) << text.toStdString();
+  }
 }
 
 TEST_F(ComCtrlsTest, ATreeViewWritesItsNodesBackAsItReadThem) {
