@@ -6,6 +6,7 @@
 #include "platform/vcl/Publish.h"
 
 #include <QMenuBar>  // before Menus.h, which keeps a guarded pointer to one
+#include <QEvent>
 #include <QPainter>
 
 #include "platform/vcl/Menus.h"
@@ -183,6 +184,12 @@ void TColorGrid::KeyDown(Word& key, TShiftState shift) {
   }
   key = 0;
   SetSelection(next);
+}
+
+// The selection's frame shows only while the grid has the focus.
+bool TColorGrid::WidgetEvent(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) Invalidate();
+  return TCustomControl::WidgetEvent(watched, event);
 }
 
 // F and B choose the selected cell as the foreground or the background.

@@ -48,6 +48,7 @@ public:
   void MouseDown(TMouseButton button, TShiftState shift, int x, int y) override;
   void KeyDown(Word& key, TShiftState shift) override;
   void KeyPress(char& key) override;
+  bool WidgetEvent(QObject* watched, QEvent* event) override;
 
 protected:
   virtual void Change();

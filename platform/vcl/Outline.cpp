@@ -144,6 +144,7 @@ void TCustomOutline::DefineProperties(TFiler& filer) {
 
 void TCustomOutline::LinesChanged() {
   if (FUpdating) return;
+  ++FGeneration;
   FItems.clear();
   for (int i = 0; i < FLines->Count(); ++i) {
     const std::string& line = FLines->Strings(i);
@@ -374,7 +375,11 @@ void TCustomOutline::KeyPress(char& key) {
 }
 
 void TCustomOutline::MouseDown(TMouseButton button, TShiftState shift, int x, int y) {
+  const int generation = FGeneration;
   TCustomGrid::MouseDown(button, shift, x, y);
+  // When choosing the row rebuilt the items (a directory outline does), the rows under
+  // the mouse are others now.
+  if (generation != FGeneration) return;
   if (button != mbLeft || Designing() || !HasPlusMinus(FOutlineStyle)) return;
   const TGridCoord cell = MouseCoord(x, y);
   if (cell.Y < 0 || cell.Y >= static_cast<int>(FShown.size())) return;
@@ -533,6 +538,9 @@ void TDirectoryOutline::Click() {
   }
   SetDirectory(path.string());
 }
+
+// A click has already opened the folder: a double click keeps it open.
+void TDirectoryOutline::DblClick() { TCustomGrid::DblClick(); }
 
 void TDirectoryOutline::Loaded() {
   TCustomOutline::Loaded();

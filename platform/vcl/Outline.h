@@ -93,6 +93,7 @@ protected:
   std::vector<int> FShown;
   // What the design stream keeps besides the lines; given back as it came.
   std::string FData;
+  int FGeneration = 0;  // counts the rebuilds of the items from the lines
 
 private:
   void SetPicture(int which, TBitmap* value);
@@ -131,6 +132,7 @@ public:
   TNotifyEvent OnChange;
 
   void Click() override;
+  void DblClick() override;
   void Loaded() override;
 
 protected:

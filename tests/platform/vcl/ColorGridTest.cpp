@@ -113,6 +113,26 @@ TEST_F(ColorGridTest, CellsShowTheirColoursAndTheChosenOnesAreMarked) {
   EXPECT_EQ(inkIn(9, 0x000000) + inkIn(9, 0xFFFFFF), 0);
 }
 
+TEST_F(ColorGridTest, TheSelectionIsFramedWhileTheGridHasTheFocus) {
+  auto* grid = Make<TColorGrid>("ColorGrid1", form, 8, 8, 160, 160);
+  auto* other = Make<TColorGrid>("ColorGrid2", form, 200, 8, 80, 80);
+  grid->SetSelection(15);
+  ShowForm();
+  // Dark dots on the white cell's edge when focused, none when not.
+  auto dotsOnWhite = [&] {
+    QApplication::processEvents();
+    const QImage image = grid->Widget()->grab().toImage();
+    const QRect r = grid->CellRect(15).adjusted(3, 3, -3, -3);
+    int n = 0;
+    for (int x = r.left(); x <= r.right(); ++x) n += (image.pixel(x, r.top()) & 0xFFFFFF) == 0 ? 1 : 0;
+    return n;
+  };
+  other->SetFocus();
+  EXPECT_EQ(dotsOnWhite(), 0);
+  grid->SetFocus();
+  EXPECT_GT(dotsOnWhite(), 5);
+}
+
 TEST_F(ColorGridTest, FormTextIsReadAndWrittenBack) {
   const std::string text =
       "object TestForm: TForm\n"

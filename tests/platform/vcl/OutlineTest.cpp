@@ -193,6 +193,15 @@ TEST_F(OutlineTest, ADirectoryOutlineShowsTheWayDownToItsFolder) {
   EXPECT_EQ(outline->Item(outline->SelectedItem()).Text, "Alpha");
   const std::vector<std::string> opened = Rows(outline);
   EXPECT_NE(std::find(opened.begin(), opened.end(), "Inner"), opened.end());
+  // A double click on it keeps it open.
+  const int alphaRow = static_cast<int>(std::find(opened.begin(), opened.end(), "Alpha") - opened.begin());
+  const TRect alpha = outline->CellRect(0, alphaRow);
+  ASSERT_GT(alpha.Height(), 0);
+  QTest::mouseDClick(Input(outline), Qt::LeftButton, Qt::NoModifier,
+                     QPoint(alpha.Right - 20, (alpha.Top + alpha.Bottom) / 2));
+  const std::vector<std::string> still = Rows(outline);
+  EXPECT_NE(std::find(still.begin(), still.end(), "Inner"), still.end());
+  EXPECT_EQ(outline->Directory(), (dir.Path() / "Alpha").string());
   // Names shown in lower case by default; the path keeps the real ones.
   outline->SetTextCase(TOutlineTextCase::tcLowerCase);
   EXPECT_EQ(outline->Item(outline->SelectedItem()).Text, "alpha");
