@@ -97,6 +97,13 @@ void TCalendar::SetStartOfWeek(int value) {
   UpdateCalendar();
 }
 
+void TCalendar::SetGridLineWidth(int value) {
+  TCustomGrid::SetGridLineWidth(value);
+  FitCells();
+  UpdateScrollBars();
+  InvalidateGrid();
+}
+
 void TCalendar::SetUseCurrentDate(bool value) {
   FUseCurrentDate = value;
   if (value) ChangeDate(QDate::currentDate());

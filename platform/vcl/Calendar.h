@@ -29,6 +29,8 @@ public:
   // The first column's day: 0 Sunday to 6 Saturday.
   int StartOfWeek() const { return FStartOfWeek; }
   void SetStartOfWeek(int value);
+  // Thicker or thinner lines share the area out again.
+  void SetGridLineWidth(int value);
   bool UseCurrentDate() const { return FUseCurrentDate; }
   void SetUseCurrentDate(bool value);
 

@@ -131,8 +131,13 @@ TEST_F(CalendarTest, TheChosenDayIsHighlightedAndTheNamesSitOnButtonFace) {
   const QPoint origin = area->viewport()->geometry().topLeft();
   auto at = [&](int x, int y) { return QColor(image.pixel(origin + QPoint(x, y))).rgb() & 0xFFFFFF; };
   auto rgbOf = [](TColor c) { return ColorToQColor(c).rgb() & 0xFFFFFF; };
-  // Seven columns share the width.
+  // Seven columns share the width, thicker lines or not.
   EXPECT_EQ(cal->CellRect(6, 6).Right, cal->CellRect(0, 0).Width() * 7 + 6);
+  const int thin = cal->CellRect(0, 0).Width();
+  cal->SetGridLineWidth(3);
+  EXPECT_EQ(cal->CellRect(0, 0).Width(), (322 - 4 - 18) / 7);
+  EXPECT_LT(cal->CellRect(0, 0).Width(), thin);
+  cal->SetGridLineWidth(1);
   const TRect name = cal->CellRect(0, 0);
   EXPECT_EQ(at(name.Left + 3, name.Top + 3), rgbOf(clBtnFace));
   const TRect chosen = cal->CellRect(2, 2);
