@@ -1029,10 +1029,7 @@ bool TjoRichEdit::WidgetEvent(QObject* Watched, QEvent* Event) {
   switch (Event->type()) {
     case QEvent::FocusIn:
       if (FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 0UL);
-      if (!FEntered) {
-        FEntered = true;
-        DoEnter();
-      }
+      DoEnter();
       break;
     case QEvent::FocusOut: {
       const Qt::FocusReason Reason = static_cast<QFocusEvent*>(Event)->reason();
@@ -1041,10 +1038,7 @@ bool TjoRichEdit::WidgetEvent(QObject* Watched, QEvent* Event) {
       if (FHideSelection) FView->SendScintilla(QSci::SCI_HIDESELECTION, 1UL);
       // Another window taking over leaves the focus with this control in its own window.
       if (Reason == Qt::ActiveWindowFocusReason) break;
-      if (FEntered) {
-        FEntered = false;
-        DoExit();
-      }
+      DoExit();
       break;
     }
     default: break;
@@ -1057,7 +1051,16 @@ void TjoRichEdit::KeyDown(Word& Key, TShiftState Shift) {
   if (Key == VK_INSERT && Shift == TShiftState{ssCtrl} && SelLength() > 0) CopyToClipboard();
 }
 
+// The controls layer tells focus moves too: each is told once.
+void TjoRichEdit::DoEnter() {
+  if (FEntered) return;
+  FEntered = true;
+  TWinControl::DoEnter();
+}
+
 void TjoRichEdit::DoExit() {
+  if (!FEntered) return;
+  FEntered = false;
   if (GReplaceDialog && GReplaceDialog->Dialog() && GReplaceDialog->Dialog()->isVisible()) GReplaceDialog->CloseDialog();
   TWinControl::DoExit();
 }

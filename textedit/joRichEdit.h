@@ -192,6 +192,7 @@ public:
   bool WidgetEvent(QObject* Watched, QEvent* Event) override;
   // Ctrl+Insert copies the selection; no OnKeyDown.
   void KeyDown(Word& Key, TShiftState Shift) override;
+  void DoEnter() override;
   void DoExit() override;
 
   // ---- For the control's own parts

@@ -21,6 +21,7 @@
 #include "platform/vcl/Mask.h"
 #include "platform/vcl/Menus.h"
 #include "platform/vcl/Notebooks.h"
+#include "platform/vcl/Outline.h"
 #include "platform/vcl/StdActns.h"
 #include "platform/vcl/StdCtrls.h"
 
@@ -50,8 +51,8 @@ LUMORA_UNIT_REGISTER(Stdreg) {
                       TColorDialog::StaticClass(), TPrintDialog::StaticClass(), TPrinterSetupDialog::StaticClass(),
                       TFindDialog::StaticClass(), TReplaceDialog::StaticClass()});
   RegisterComponents("Win 3.1",
-                     {TTabSet::StaticClass(), TTabbedNotebook::StaticClass(), TNotebook::StaticClass(),
-                      THeader::StaticClass(), TFileListBox::StaticClass(), TDirectoryListBox::StaticClass(),
+                     {TTabSet::StaticClass(), TOutline::StaticClass(), TTabbedNotebook::StaticClass(),
+                      TNotebook::StaticClass(), THeader::StaticClass(), TFileListBox::StaticClass(), TDirectoryListBox::StaticClass(),
                       TDriveComboBox::StaticClass(), TFilterComboBox::StaticClass()});
   RegisterNoIcon({TMenuItem::StaticClass(), TTabSheet::StaticClass(), TToolButton::StaticClass(),
                   TAction::StaticClass(), TPage::StaticClass(), TTabPage::StaticClass()});

@@ -22,6 +22,7 @@
 #include <QTextEdit>
 
 #include <algorithm>
+#include <vector>
 
 TApplication* gApplication = nullptr;
 TScreen* gScreen = nullptr;
@@ -257,6 +258,33 @@ QPalette ClassicPalette() {
   return p;
 }
 
+// The controls a focus move leaves and enters, as their OnExit and OnEnter tell: the one
+// that had the focus and its containers up to the one both share, then down from there
+// to the one that has it now. Forms take no part; nor does a move into or out of the
+// program's windows as a whole, or from one window to another.
+void FocusMoved(QWidget* old, QWidget* now) {
+  if (!old || !now) return;
+  auto* from = dynamic_cast<TWinControl*>(TControl::FindControl(old));
+  auto* to = dynamic_cast<TWinControl*>(TControl::FindControl(now));
+  if (!from || !to || from == to || from->Designing() || to->Designing()) return;
+  // Each form keeps its own focused control: going to another window leaves and enters none.
+  if (GetParentForm(from) != GetParentForm(to)) return;
+  auto chain = [](TWinControl* c) {
+    std::vector<TWinControl*> list;
+    for (; c && !dynamic_cast<TCustomForm*>(c); c = c->Parent()) list.push_back(c);
+    return list;
+  };
+  const std::vector<TWinControl*> left = chain(from);
+  const std::vector<TWinControl*> entered = chain(to);
+  auto contains = [](const std::vector<TWinControl*>& list, TWinControl* c) {
+    return std::find(list.begin(), list.end(), c) != list.end();
+  };
+  for (TWinControl* c : left)
+    if (!contains(entered, c)) c->DoExit();
+  for (auto it = entered.rbegin(); it != entered.rend(); ++it)
+    if (!contains(left, *it)) (*it)->DoEnter();
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------------------------------
@@ -311,6 +339,8 @@ void TApplication::HookQt() {
     app->setPalette(ClassicPalette());
     TFontRequest request;
     app->setFont(ResolveFont(request));
+    QObject::connect(app, &QApplication::focusChanged, app,
+                     [](QWidget* old, QWidget* now) { Guard([&] { FocusMoved(old, now); }); });
     QObject::connect(app, &QGuiApplication::applicationStateChanged, app, [this](Qt::ApplicationState state) {
       Guard([&] {
         if (state == Qt::ApplicationActive && OnActivate) OnActivate(this);

@@ -17,8 +17,9 @@ void TDataModule::DoCreate() {
   if (OnCreate) OnCreate(this);
 }
 
+// Left and Top are the designer window's place, not a component's place on a form: the
+// component's own pair is not defined, or both would read and write the same names.
 void TDataModule::DefineProperties(TFiler& filer) {
-  TComponent::DefineProperties(filer);
   auto define = [&](const char* name, int TPoint::*field, TPoint TDataModule::*point) {
     filer.DefineProperty(
         name, [this, field, point](TReader& r) { (this->*point).*field = r.ReadInteger(); },

@@ -41,11 +41,9 @@ bool MatchOne(const char* n, const char* m) {
   return MatchOne(n + 1, m + 1);
 }
 
-// The glyphs the lists show, drawn small in the classic colours, `indent` pixels from
-// the left of an image `width` wide.
-enum class TGlyph { OpenFolder, ClosedFolder, File, Drive };
+}  // namespace
 
-QPixmap Glyph(TGlyph kind, int indent, int width) {
+QPixmap FileGlyph(TFileGlyph kind, int indent, int width) {
   QPixmap pm(std::max(width, indent + 16), 16);
   pm.fill(Qt::transparent);
   QPainter p(&pm);
@@ -53,9 +51,9 @@ QPixmap Glyph(TGlyph kind, int indent, int width) {
   const QColor yellow(255, 255, 0), darkYellow(128, 128, 0), black(0, 0, 0), white(255, 255, 255),
       gray(128, 128, 128), silver(192, 192, 192);
   switch (kind) {
-    case TGlyph::ClosedFolder:
-    case TGlyph::OpenFolder:
-      p.fillRect(QRect(1, 4, 14, 10), kind == TGlyph::OpenFolder ? darkYellow : yellow);
+    case TFileGlyph::ClosedFolder:
+    case TFileGlyph::OpenFolder:
+      p.fillRect(QRect(1, 4, 14, 10), kind == TFileGlyph::OpenFolder ? darkYellow : yellow);
       p.fillRect(QRect(2, 2, 5, 2), yellow);
       p.setPen(black);
       p.drawLine(1, 3, 1, 13);
@@ -63,7 +61,7 @@ QPixmap Glyph(TGlyph kind, int indent, int width) {
       p.drawLine(14, 4, 14, 13);
       p.drawLine(2, 2, 6, 2);
       p.drawLine(7, 3, 14, 3);
-      if (kind == TGlyph::OpenFolder) {
+      if (kind == TFileGlyph::OpenFolder) {
         // The open flap, in front.
         p.setBrush(yellow);
         p.drawPolygon(QPolygon({QPoint(3, 7), QPoint(15, 7), QPoint(13, 13), QPoint(1, 13)}));
@@ -72,14 +70,14 @@ QPixmap Glyph(TGlyph kind, int indent, int width) {
         p.drawLine(2, 4, 13, 4);
       }
       break;
-    case TGlyph::File:
+    case TFileGlyph::File:
       p.fillRect(QRect(3, 1, 9, 14), white);
       p.setPen(black);
       p.drawRect(QRect(3, 1, 9, 14));
       p.setPen(gray);
       for (int y = 4; y < 14; y += 2) p.drawLine(5, y, 10, y);
       break;
-    case TGlyph::Drive:
+    case TFileGlyph::Drive:
       p.fillRect(QRect(1, 6, 14, 6), silver);
       p.setPen(black);
       p.drawRect(QRect(1, 6, 13, 5));
@@ -88,8 +86,6 @@ QPixmap Glyph(TGlyph kind, int indent, int width) {
   }
   return pm;
 }
-
-}  // namespace
 
 bool MatchesFileMask(const std::string& name, const std::string& masks) {
   std::size_t start = 0;
@@ -213,7 +209,7 @@ void TFileListBox::FillWidget() {
   for (int i = 0; i < l->count(); ++i) {
     const std::string& s = FItems->Strings(i);
     const bool folder = s.size() > 1 && s.front() == '[' && s.back() == ']';
-    l->item(i)->setIcon(QIcon(Glyph(folder ? TGlyph::ClosedFolder : TGlyph::File, 0, 16)));
+    l->item(i)->setIcon(QIcon(FileGlyph(folder ? TFileGlyph::ClosedFolder : TFileGlyph::File, 0, 16)));
   }
 }
 
@@ -339,7 +335,7 @@ void TDirectoryListBox::FillWidget() {
   for (int i = 0; i < l->count(); ++i) {
     const bool path = i < FPathItems;
     const int indent = (path ? i : FPathItems) * kStep;
-    l->item(i)->setIcon(QIcon(Glyph(path ? TGlyph::OpenFolder : TGlyph::ClosedFolder, indent, width)));
+    l->item(i)->setIcon(QIcon(FileGlyph(path ? TFileGlyph::OpenFolder : TFileGlyph::ClosedFolder, indent, width)));
   }
 }
 
@@ -416,7 +412,7 @@ void TDriveComboBox::UpdateWidgetText() {
   TCustomComboBox::UpdateWidgetText();
   if (QComboBox* box = Combo()) {
     box->setIconSize(QSize(16, 16));
-    for (int i = 0; i < box->count(); ++i) box->setItemIcon(i, QIcon(Glyph(TGlyph::Drive, 0, 16)));
+    for (int i = 0; i < box->count(); ++i) box->setItemIcon(i, QIcon(FileGlyph(TFileGlyph::Drive, 0, 16)));
   }
 }
 

@@ -8,6 +8,8 @@
 #include "platform/rtti/Classes.h"
 #include "platform/vcl/StdCtrls.h"
 
+#include <QPixmap>
+
 #include <string>
 
 class TDirectoryListBox;
@@ -20,6 +22,11 @@ LUMORA_ENUM(TTextCase, tcLowerCase, tcUpperCase)
 // Whether a file name matches a mask of the system's file dialogs ("*.txt", "a?c.*";
 // several separated by ';'), ignoring case; "*.*" matches every name.
 bool MatchesFileMask(const std::string& name, const std::string& masks);
+
+// The glyphs the file controls and outlines show, drawn small in the classic colours,
+// `indent` pixels from the left of an image `width` wide.
+enum class TFileGlyph { OpenFolder, ClosedFolder, File, Drive };
+QPixmap FileGlyph(TFileGlyph kind, int indent, int width);
 
 class TFileListBox : public TCustomListBox {
   LUMORA_CLASS(TFileListBox, TCustomListBox)

@@ -291,7 +291,7 @@ TEST_F(ShippedPackagesTest, EveryControlOfTheStandardPackageIsKnownByNameWhileIt
       "TColorDialog", "TOpenPictureDialog", "TSavePictureDialog", "TPrintDialog", "TPrinterSetupDialog",
       "TDataModule", "TEditCut", "TEditCopy", "TEditPaste", "TEditSelectAll", "TEditUndo", "TEditDelete",
       "TWindowClose", "TWindowCascade", "TWindowTileHorizontal", "TWindowTileVertical", "TWindowMinimizeAll",
-      "TWindowArrange", "THelpContents", "THelpTopicSearch", "THelpOnHelp"};
+      "TWindowArrange", "THelpContents", "THelpTopicSearch", "THelpOnHelp", "TOutline"};
   for (const auto& name : names) EXPECT_EQ(GetClass(name), nullptr) << name;
   const int index = Loader()->Add(Shipped("dclstd"), true);
   for (const auto& name : names) EXPECT_NE(GetClass(name), nullptr) << name;
@@ -319,6 +319,8 @@ TEST_F(ShippedPackagesTest, TheSamplesPackageBuildsSpinEditsAndGaugesThatWork) {
   const int index = Loader()->Add(Shipped("dclsmp"), true);
   ASSERT_TRUE(Loader()->IsLoaded(index));
   EXPECT_EQ(Loader()->Description(index), "Lumora sample components");
+  for (const char* name : {"TSpinEdit", "TSpinButton", "TGauge", "TColorGrid", "TCalendar", "TDirectoryOutline"})
+    EXPECT_NE(GetClass(name), nullptr) << name;
   form = new TForm(Application);
   const TFormLoadResult result = LoadFormFile(form, kForm);
   EXPECT_TRUE(result.Errors.empty()) << result.Errors.front();

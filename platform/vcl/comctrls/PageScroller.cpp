@@ -6,6 +6,8 @@
 #include "platform/vcl/comctrls/ComCtrlsShared.h"
 
 #include <QMenuBar>  // before Menus.h, which keeps a guarded pointer to one
+#include <QRegion>
+#include <QWidget>
 
 #include "platform/vcl/Menus.h"
 
@@ -91,6 +93,15 @@ void TPageScroller::PlaceControl() {
     FControl->SetBounds(first - FPosition, FMargin, FControl->Width(), std::max(0, ClientHeight() - 2 * FMargin));
   } else {
     FControl->SetBounds(FMargin, first - FPosition, std::max(0, ClientWidth() - 2 * FMargin), FControl->Height());
+  }
+  // The control shows only between the buttons, which lie under it otherwise.
+  if (auto* win = dynamic_cast<TWinControl*>(FControl); win && win->Widget()) {
+    const int last = ButtonVisible(sbLast) ? FButtonSize : 0;
+    const int span = std::max(0, Extent() - first - last);
+    const QRect shown = FOrientation == soHorizontal
+                            ? QRect(first - FControl->Left(), 0, span, FControl->Height())
+                            : QRect(0, first - FControl->Top(), FControl->Width(), span);
+    win->Widget()->setMask(QRegion(shown));
   }
   FPlacing = false;
   Invalidate();

@@ -168,3 +168,33 @@ TEST_F(ControlsTest, DesignStateTakesNoInputAndShowsHiddenControls) {
   EXPECT_EQ(mouseDowns, 1);
   EXPECT_EQ(edit->Text(), "xyz");
 }
+
+TEST_F(ControlsTest, MovingTheFocusTellsTheControlsLeftAndEntered) {
+  auto* panel = Make<TPanel>("Panel1", form, 0, 0, 200, 100);
+  auto* inner = Make<TEdit>("Edit1", panel, 8, 8, 80, 21);
+  auto* outer = Make<TEdit>("Edit2", form, 8, 120, 80, 21);
+  auto* sibling = Make<TEdit>("Edit3", panel, 8, 40, 80, 21);
+  std::vector<std::string> seen;
+  auto watch = [&](TWinControl* c) {
+    c->OnEnter = [&seen, c](TObject*) { seen.push_back("enter " + c->Name()); };
+    c->OnExit = [&seen, c](TObject*) { seen.push_back("exit " + c->Name()); };
+  };
+  watch(panel);
+  watch(inner);
+  watch(outer);
+  watch(sibling);
+  ShowForm();
+  inner->SetFocus();
+  seen.clear();
+  // Out of the panel: the edit, then the panel, are left.
+  QTest::mouseClick(outer->Widget(), Qt::LeftButton);
+  EXPECT_EQ(seen, (std::vector<std::string>{"exit Edit1", "exit Panel1", "enter Edit2"}));
+  seen.clear();
+  // Into it: the panel is entered before the edit inside it.
+  sibling->SetFocus();
+  EXPECT_EQ(seen, (std::vector<std::string>{"exit Edit2", "enter Panel1", "enter Edit3"}));
+  seen.clear();
+  // Within it: the panel hears nothing.
+  inner->SetFocus();
+  EXPECT_EQ(seen, (std::vector<std::string>{"exit Edit3", "enter Edit1"}));
+}
