@@ -44,6 +44,13 @@ inline constexpr std::string_view SCommandLineHelp =
     "                opens it and comes to the front\n"
     "  -h, --help    show this help and exit\n"
     "  -V, --version show the version and exit\n";
+// Forms inside programs: the caption of the list of a program's forms (the program's
+// file name), a program without forms, a form that cannot be read, a save onto the program.
+inline constexpr std::string_view SProgramFormsCaption = "Forms of %s";
+inline constexpr std::string_view SProgramWithoutForms = "%s holds no forms: none of its resources is a Delphi form.";
+inline constexpr std::string_view SProgramFormUnreadable = "%s:%s cannot be opened: %s";
+inline constexpr std::string_view SProgramNotWritten =
+    "%s is the program the form was taken from and is never written; save the form under another name.";
 // (end of main window texts)
 
 // ---- Form-text editor, rich edit, strings editor ---------------------------------------

@@ -119,7 +119,7 @@ inherited Frm_mLumora: TFrm_mLumora
     end
   end
   object OpenDialog: TOpenDialog
-    Filter = 'Delphi DFM-files|*.dfm'
+    Filter = 'Delphi DFM-files|*.dfm|Delphi programs|*.exe;*.dll;*.bpl'
     Options = [ofPathMustExist, ofFileMustExist]
     Left = 40
     Top = 8

@@ -79,14 +79,14 @@ void TjoComponentResource::Changed() {
 
 bool TjoComponentResource::LoadFromFile(const std::string& FileName) {
   std::error_code ec;
-  if (FileName.empty() || !std::filesystem::exists(FileName, ec) || std::filesystem::is_directory(FileName, ec))
-    return false;
+  const std::string path = SplitProgramFormName(FileName).File;
+  if (path.empty() || !std::filesystem::exists(path, ec) || std::filesystem::is_directory(path, ec)) return false;
   TFormFile file = TFormFile::Read(FileName);
   const bool wasEmpty = IsEmpty();
   NeedData().Clear();
-  // Only a binary form file with its resource header is taken; form text comes in
-  // through Assign.
-  if (!file.HasResourceHeader()) throw EInvalidImage(RtlConsts::SInvalidImage);
+  // Only a binary form file with its resource header, or a form inside a program, is
+  // taken; form text comes in through Assign.
+  if (!file.HasResourceHeader() && file.ProgramName().empty()) throw EInvalidImage(RtlConsts::SInvalidImage);
   return TakeStream(file.Stream(), wasEmpty);
 }
 

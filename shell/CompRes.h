@@ -22,7 +22,8 @@ public:
   // Empties the document; the change event is raised when it held something.
   void Clear();
   // False when the file does not exist; otherwise the file must be a binary form file
-  // with its resource header (EInvalidImage "Invalid stream format" when it has none).
+  // with its resource header (EInvalidImage "Invalid stream format" when it has none), or
+  // name a form inside a program as PROGRAM:NAME (EPeImageError when it has no such form).
   bool LoadFromFile(const std::string& FileName);
   // Takes the stream from its position to its end; with HasHeader the resource header is
   // read first. False (and an empty document) when what follows is no "TPF0" stream.

@@ -7,13 +7,16 @@
 #include "liveform/F_PackCfg.h"
 #include "liveform/PackConfig.h"
 #include "liveform/joDesigner.h"
+#include "platform/streaming/FormFile.h"
 #include "platform/streaming/ObjectText.h"
+#include "platform/streaming/PeImage.h"
 #include "platform/streaming/SaveFile.h"
 #include "platform/streaming/Streams.h"
 #include "platform/vcl/Keys.h"
 #include "platform/vcl/MessageLoop.h"
 #include "resources/ResStrings.h"
 #include "shell/CompRes.h"
+#include "shell/F_PForms.h"
 #include "shell/F_WList.h"
 #include "textedit/DFM_ResEdit.h"
 #include "textedit/StrN_Edit.h"
@@ -457,7 +460,9 @@ void TFrm_mLumora::mi_ExitClick(TObject*) { Close(); }
 void TFrm_mLumora::mi_OpenAsFormClick(TObject*) {
   OpenDialog->SetOptions(OpenDialog->Options() + ofHideReadOnly);
   OpenDialog->SetFileName("");
-  if (OpenDialog->Execute()) OpenAsForm(OpenDialog->FileName());
+  if (!OpenDialog->Execute()) return;
+  const std::string name = FormToOpen(OpenDialog->FileName());
+  if (!name.empty()) OpenAsForm(name);
 }
 
 void TFrm_mLumora::mi_OpenAsTextClick(TObject*) {
@@ -471,7 +476,9 @@ void TFrm_mLumora::mi_OpenAsTextClick(TObject*) {
     options -= ofHideReadOnly;
   }
   OpenDialog->SetOptions(options);
-  if (OpenDialog->Execute()) OpenAsText(OpenDialog->FileName(), OpenDialog->Options().Contains(ofReadOnly));
+  if (!OpenDialog->Execute()) return;
+  const std::string name = FormToOpen(OpenDialog->FileName());
+  if (!name.empty()) OpenAsText(name, OpenDialog->Options().Contains(ofReadOnly));
 }
 
 void TFrm_mLumora::mi_ViewAsFormClick(TObject*) {
@@ -736,6 +743,42 @@ void TFrm_mLumora::OpenAsText(const std::string& FileName, bool ReadOnly) {
   FCurrentFile = FileName;
 }
 
+// ---- Forms inside programs
+
+std::string TFrm_mLumora::FormToOpen(const std::string& FileName) {
+  std::vector<TProgramForm> forms;
+  try {
+    if (!TFormFile::ListProgram(FileName, forms)) return FileName;
+  } catch (const EPeImageError& e) {
+    MessageDlg(e.Message(), mtError, MsgDlgButton(mbOK));
+    return {};
+  } catch (const Exception&) {
+    // A file that cannot be read goes the way of any other file.
+    return FileName;
+  }
+  if (forms.empty()) {
+    MessageDlg(Format(ResStr::SProgramWithoutForms, FileName), mtInformation, MsgDlgButton(mbOK));
+    return {};
+  }
+  const int index = forms.size() == 1 ? 0 : ChooseProgramForm(FileName, forms);
+  if (index < 0 || index >= static_cast<int>(forms.size())) return {};
+  const TProgramForm& form = forms[static_cast<std::size_t>(index)];
+  if (!form.Problem.empty()) {
+    MessageDlg(Format(ResStr::SProgramFormUnreadable, FileName, form.Resource, form.Problem), mtError,
+               MsgDlgButton(mbOK));
+    return {};
+  }
+  return FileName + ":" + form.Resource;
+}
+
+bool TFrm_mLumora::MayWriteSavedFile(const std::string& FileName) {
+  const TFormFileName shown = SplitProgramFormName(FCurrentFile);
+  std::error_code error;
+  if (shown.Form.empty() || !fs::equivalent(FileName, shown.File, error)) return true;
+  MessageDlg(Format(ResStr::SProgramNotWritten, shown.File), mtError, MsgDlgButton(mbOK));
+  return false;
+}
+
 bool TFrm_mLumora::LiveFormVisible(TjoDesigner* Designer) {
   return Designer && Designer->HostForm() && Designer->HostForm()->Visible();
 }
@@ -883,6 +926,7 @@ bool TFrm_mLumora::SaveEditorText(TjoDFM_ResourceEditor* Editor, bool Force) {
   TSaveDialog* dialog = SharedSaveDialog();
   if (!dialog->Execute()) return false;
   const std::string fileName = dialog->FileName();
+  if (Editor == FEditor && !MayWriteSavedFile(fileName)) return false;
   dialog->SetInitialDir(FolderOf(fileName));
   bool result = true;
   TjoRichEdit* rich = Editor->RichEdit();

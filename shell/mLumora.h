@@ -203,6 +203,16 @@ public:
   // The program-wide save dialog, made on first use.
   static TSaveDialog* SharedSaveDialog();
 
+  // ---- Forms inside programs (.exe, .dll, .bpl, told by their content)
+  // What Open as Form and Open as Text open for a chosen file: for a program,
+  // PROGRAM:NAME of its only form or of the one the user picks in the list of its forms;
+  // any other file's own name. Empty when nothing opens: the user cancelled, or the
+  // program has no form that can be read (the user has been told why).
+  std::string FormToOpen(const std::string& FileName);
+  // Whether Save As may write `FileName` for the text shown: never the program its form
+  // was taken from (the user is told).
+  bool MayWriteSavedFile(const std::string& FileName);
+
   // ---- Window list
   void RefreshWindowMenu();
   void ShowWindowList();

@@ -50,6 +50,32 @@ TFormFile TFormFile::FromProgram(std::string_view image, std::string_view formNa
   }
 }
 
+bool TFormFile::ListProgram(const std::string& fileName, std::vector<TProgramForm>& forms) {
+  forms.clear();
+  const std::string bytes = ReadFileToString(fileName);
+  if (!IsPeImage(bytes)) return false;
+  try {
+    const TPeImage program(bytes);
+    for (const TPeResource* resource : program.Forms()) {
+      TProgramForm& form = forms.emplace_back();
+      form.Resource = resource->Name.Text();
+      if (resource->Damaged()) {
+        form.Problem = resource->DamageText();
+        continue;
+      }
+      try {
+        form.ClassName = StreamRootClassName(resource->Data);
+      } catch (const Exception& e) {
+        form.Problem = e.Message();
+      }
+    }
+  } catch (const EPeImageError& e) {
+    forms.clear();
+    throw EPeImageError(::Format("%s: %s", fileName, e.Message()));
+  }
+  return true;
+}
+
 std::string_view TFormFile::Stream() {
   switch (FFormat) {
     case TFormFileFormat::Resource:

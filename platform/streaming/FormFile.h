@@ -9,6 +9,14 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+// One form inside a program, as a list of the program's forms shows it.
+struct TProgramForm {
+  std::string Resource;   // its resource's name ("TFORM1"), as PROGRAM:NAME takes it
+  std::string ClassName;  // its root component's class ("TForm1"); empty when Problem says why
+  std::string Problem;    // why the form cannot be read (its resource or stream is damaged)
+};
 
 class TFormFile {
 public:
@@ -25,6 +33,10 @@ public:
   // The form `formName` of the program `image` (its only form when `formName` is
   // empty); `programName` names the program in errors. The image may go afterwards.
   static TFormFile FromProgram(std::string_view image, std::string_view formName, const std::string& programName);
+  // Reads `fileName` whole (EFOpenError as Read); false when it is no Windows program.
+  // A program's forms go into `forms`, in the order of its resources; EPeImageError,
+  // naming the file, when its headers or resource tree are damaged.
+  static bool ListProgram(const std::string& fileName, std::vector<TProgramForm>& forms);
 
   TFormFileFormat Format() const { return FFormat; }
   bool HasResourceHeader() const { return FFormat == TFormFileFormat::Resource; }

@@ -4,9 +4,11 @@
 #include "platform/rtti/ClassBuilder.h"
 #include "platform/rtti/Writer.h"
 #include "platform/streaming/ObjectText.h"
+#include "platform/streaming/PeImage.h"
 #include "platform/streaming/ResHeader.h"
 #include "platform/streaming/Values.h"
 #include "tests/support/Corpus.h"
+#include "tests/support/PeBuilder.h"
 
 #include <gtest/gtest.h>
 
@@ -199,6 +201,27 @@ TEST_F(CompResTest, ATextFormFileIsRefusedWithTheInvalidStreamFormatError) {
   EXPECT_THROW(doc.LoadFromFile(name), EInvalidImage);
   EXPECT_TRUE(doc.IsEmpty());
   EXPECT_EQ(changes.Count, 1);
+}
+
+TEST_F(CompResTest, AFormInsideAProgramLoadsByItsResourceName) {
+  const std::string stream = ObjectTextToBinary(SmallFormText);
+  std::string program = File("app.exe", lumora::test::BuildPeImage({{"#10", "TFORM1", 0, stream}}).Bytes);
+  TjoComponentResource doc(nullptr);
+  EXPECT_TRUE(doc.LoadFromFile(program + ":TForm1"));
+  EXPECT_EQ(doc.Data(), stream);
+  TStringList list;
+  doc.AssignTo(&list);
+  EXPECT_EQ(list.Text(), SmallFormText);
+  // The program itself is untouched.
+  EXPECT_EQ(ReadFileBytes(program), lumora::test::BuildPeImage({{"#10", "TFORM1", 0, stream}}).Bytes);
+  // A form the program lacks is named with the program; the document keeps its form.
+  try {
+    doc.LoadFromFile(program + ":TOther");
+    FAIL() << "a missing form was loaded";
+  } catch (const EPeImageError& e) {
+    EXPECT_EQ(e.Message(), program + ": No form named TOther in the program; its forms are TFORM1");
+  }
+  EXPECT_EQ(doc.Data(), stream);
 }
 
 TEST_F(CompResTest, AHeaderFollowedByAnythingButTPF0IsRefused) {

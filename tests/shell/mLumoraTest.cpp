@@ -20,7 +20,7 @@ TEST_F(MainWindowTest, StartsAsTheBannerWithItsTitle) {
   EXPECT_TRUE(form->Label1->Font()->Style().Contains(fsBold));
   EXPECT_EQ(form->Label1->Font()->Height(), -24);
   EXPECT_EQ(form->Label2->Align(), alBottom);
-  EXPECT_EQ(form->OpenDialog->Filter(), "Delphi DFM-files|*.dfm");
+  EXPECT_EQ(form->OpenDialog->Filter(), "Delphi DFM-files|*.dfm|Delphi programs|*.exe;*.dll;*.bpl");
   EXPECT_EQ(form->SaveDialog->Filter(),
             "Delphi Form (*.DFM)|*.DFM|RC resource script (*.RC)|*.RC|Text file (*.TXT)|*.TXT");
   // The relay window: hidden, named and captioned.

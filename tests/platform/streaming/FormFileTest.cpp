@@ -166,6 +166,44 @@ TEST(FormFile, AProgramCutShortNamesTheFormItLost) {
             dir / "junk.exe" + ": not a Windows program (.exe, .dll, .bpl), so it holds no form named TForm1");
 }
 
+TEST(FormFile, AProgramListsItsFormsWithTheirClasses) {
+  TTempDir dir;
+  WriteBytes(dir / "two.exe", Program({Text, OtherText}));
+  std::vector<TProgramForm> forms;
+  ASSERT_TRUE(TFormFile::ListProgram(dir / "two.exe", forms));
+  ASSERT_EQ(forms.size(), 2u);
+  EXPECT_EQ(forms[0].Resource, "TABOUTBOX");
+  EXPECT_EQ(forms[0].ClassName, "TAboutBox");
+  EXPECT_EQ(forms[1].Resource, "TFORM1");
+  EXPECT_EQ(forms[1].ClassName, "TForm1");
+  EXPECT_EQ(forms[1].Problem, "");
+  WriteBytes(dir / "none.exe", Program({}));
+  EXPECT_TRUE(TFormFile::ListProgram(dir / "none.exe", forms));
+  EXPECT_TRUE(forms.empty());
+  // A form file is no program, whatever its name.
+  WriteBytes(dir / "form.exe", Text);
+  EXPECT_FALSE(TFormFile::ListProgram(dir / "form.exe", forms));
+  EXPECT_EQ(MessageOf<EFOpenError>([&] { TFormFile::ListProgram(dir / "missing.exe", forms); }),
+            "Cannot open file " + dir / "missing.exe");
+}
+
+TEST(FormFile, AListOfADamagedProgramSaysWhatIsWrong) {
+  TTempDir dir;
+  const lumora::test::TBuiltImage built = BuildPeImage({{"#10", "TFORM1", 0, ObjectTextToBinary(Text)}});
+  // The form's data cut off: the form is listed with what became of it.
+  WriteBytes(dir / "cut.exe", built.Bytes.substr(0, built.ResourceOffset + built.ResourceSize - 4));
+  std::vector<TProgramForm> forms;
+  ASSERT_TRUE(TFormFile::ListProgram(dir / "cut.exe", forms));
+  ASSERT_EQ(forms.size(), 1u);
+  EXPECT_EQ(forms[0].ClassName, "");
+  EXPECT_NE(forms[0].Problem.find("past the end of the file"), std::string::npos) << forms[0].Problem;
+  // The resource tree cut off: the program is named with the error.
+  WriteBytes(dir / "short.exe", built.Bytes.substr(0, built.ResourceOffset + 8));
+  const std::string message = MessageOf<EPeImageError>([&] { TFormFile::ListProgram(dir / "short.exe", forms); });
+  EXPECT_EQ(message.rfind(dir / "short.exe: ", 0), 0u) << message;
+  EXPECT_TRUE(forms.empty());
+}
+
 TEST(FormFile, ANameWithAColonIsAFileWhenThereIsOne) {
   TTempDir dir;
   WriteBytes(dir / "a:b.dfm", Text);
