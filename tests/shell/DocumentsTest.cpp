@@ -572,7 +572,7 @@ TEST_F(DocumentsTest, EditStringsChangesTheTextsOfTheFormAndMarksTheirLines) {
   std::vector<std::string> rows;
   std::string caption;
   int marked = -2;
-  When([] { return TFrm_StrN_Edit::Instance() && TFrm_StrN_Edit::Instance()->Visible(); }, [&] {
+  When([] { return ActiveWindow(TFrm_StrN_Edit::Instance()); }, [&] {
     TFrm_StrN_Edit* d = TFrm_StrN_Edit::Instance();
     caption = d->Caption();
     for (int i = 0; i < d->Grid->RowCount(); ++i) rows.push_back(d->Grid->Cells(0, i));
@@ -611,7 +611,7 @@ TEST_F(DocumentsTest, TheWindowListFromALiveFormPreselectsItAndBringsTheChosenOn
   QApplication::processEvents();
   std::vector<std::string> lines;
   int preselected = -2;
-  When([] { return WindowListDialog() != nullptr; }, [&] {
+  When([] { return ActiveWindow(WindowListDialog()); }, [&] {
     TFrm_WindowList* d = WindowListDialog();
     for (int i = 0; i < d->LB_List->Items()->Count(); ++i) lines.push_back(d->LB_List->Items()->Strings(i));
     preselected = d->LB_List->ItemIndex();

@@ -97,6 +97,11 @@ protected:
     loop.exec();
   }
   // Runs `action` as soon as `ready` holds, from the event loop (inside modal dialogs too).
+  // A window shown modal takes keys and clicks only once the window system has made it
+  // active; on a loaded machine that comes some time after it shows.
+  static bool ActiveWindow(TCustomForm* window) {
+    return window && window->Visible() && QApplication::activeWindow() == window->Widget();
+  }
   static void When(std::function<bool()> ready, std::function<void()> action) {
     auto* timer = new QTimer();
     QObject::connect(timer, &QTimer::timeout, [timer, ready, action] {

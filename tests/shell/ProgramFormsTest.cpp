@@ -183,7 +183,7 @@ TEST_F(ProgramFormsTest, AProgramWithSeveralFormsListsThemAndOpensTheOnePicked) 
   std::vector<std::string> headers;
   std::vector<std::pair<std::string, std::string>> lines;
   int preselected = -2;
-  When([] { return ProgramFormsDialog() && ProgramFormsDialog()->Visible(); }, [&] {
+  When([] { return ActiveWindow(ProgramFormsDialog()); }, [&] {
     TFrm_ProgramForms* d = ProgramFormsDialog();
     caption = d->Caption();
     label = d->Lbl_Forms->Caption();
@@ -231,7 +231,7 @@ TEST_F(ProgramFormsTest, ADoubleClickOnALineOpensItsFormAndBelowTheLinesNothing)
   ASSERT_EQ(resources.size(), 2u);
   SetProgramFormHook(nullptr);
   bool stillShown = false;
-  When([] { return ProgramFormsDialog() && ProgramFormsDialog()->Visible(); }, [&] {
+  When([] { return ActiveWindow(ProgramFormsDialog()); }, [&] {
     TFrm_ProgramForms* d = ProgramFormsDialog();
     QTreeWidget* list = d->LV_Forms->ListWidget();
     const QRect last = list->visualItemRect(list->topLevelItem(1));
@@ -267,7 +267,7 @@ TEST_F(ProgramFormsTest, CancelInTheListOpensNothing) {
   // The dialog's way: its Cancel button.
   SetProgramFormHook(nullptr);
   bool shown = false;
-  When([] { return ProgramFormsDialog() && ProgramFormsDialog()->Visible(); }, [&] {
+  When([] { return ActiveWindow(ProgramFormsDialog()); }, [&] {
     shown = true;
     QTest::mouseClick(ProgramFormsDialog()->BtnCancel->Widget(), Qt::LeftButton);
     CancelIfStillShown(ProgramFormsDialog());

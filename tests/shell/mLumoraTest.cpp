@@ -377,7 +377,7 @@ TEST_F(MainWindowTest, TheRelayWindowJoinsPiecesUntilTheLastOne) {
 TEST_F(MainWindowTest, AltZeroShowsTheWindowListWithTheMainWindowPreselected) {
   Start();
   bool shown = false;
-  When([] { return WindowListDialog() != nullptr; }, [&] {
+  When([] { return ActiveWindow(WindowListDialog()); }, [&] {
     TFrm_WindowList* d = WindowListDialog();
     ASSERT_NE(d, nullptr);
     shown = true;
@@ -402,7 +402,7 @@ TEST_F(MainWindowTest, AltZeroShowsTheWindowListWithTheMainWindowPreselected) {
 TEST_F(MainWindowTest, ASecondAltZeroWhileTheListIsUpIsIgnored) {
   Start();
   int dialogs = 0;
-  When([] { return WindowListDialog() != nullptr; }, [&] {
+  When([] { return ActiveWindow(WindowListDialog()); }, [&] {
     TFrm_WindowList* d = WindowListDialog();
     ASSERT_NE(d, nullptr);
     ++dialogs;
