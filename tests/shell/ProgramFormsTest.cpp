@@ -168,6 +168,7 @@ TEST_F(ProgramFormsTest, AProgramWithOneFormOpensItAsALiveFormNamedAfterTheProgr
   EXPECT_EQ(form->FCurrentFile, name);
   // The caption the text editor is given.
   EXPECT_EQ(form->EditorDesigner()->Caption, name);
+  EXPECT_EQ(Editor()->Text(), name);
   EXPECT_EQ(Line(0).substr(0, 7), "object ");
 }
 
@@ -215,6 +216,7 @@ TEST_F(ProgramFormsTest, AProgramWithSeveralFormsListsThemAndOpensTheOnePicked) 
   EXPECT_EQ(form->FCurrentFile, name);
   // The caption the text editor is given.
   EXPECT_EQ(form->EditorDesigner()->Caption, name);
+  EXPECT_EQ(Editor()->Text(), name);
   const std::string first = Line(0);
   EXPECT_EQ(first.substr(first.size() - lines[2].second.size() - 2), ": " + lines[2].second) << first;
   EXPECT_TRUE(Editor()->ReadOnly());
