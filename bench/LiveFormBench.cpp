@@ -6,7 +6,7 @@
 #include "foundation/ApEvent.h"
 #include "liveform/PackConfig.h"
 #include "liveform/joDesigner.h"
-#include "liveform/joObjInspector.h"
+#include "liveform/joObjInsp.h"
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "platform/vcl/MessageLoop.h"

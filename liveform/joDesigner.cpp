@@ -1,7 +1,7 @@
 #include "liveform/joDesigner.h"
 
 #include "liveform/PackConfig.h"
-#include "liveform/joObjInspector.h"
+#include "liveform/joObjInsp.h"
 #include "platform/vcl/ClassicFrame.h"
 #include "platform/vcl/Keys.h"
 #include "platform/vcl/MessageLoop.h"

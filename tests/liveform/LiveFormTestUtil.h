@@ -4,7 +4,7 @@
 
 #include "liveform/PackConfig.h"
 #include "liveform/joDesigner.h"
-#include "liveform/joObjInspector.h"
+#include "liveform/joObjInsp.h"
 #include "platform/rtti/Strings.h"
 #include "platform/vcl/ClassicFrame.h"
 #include "platform/vcl/SystemMenu.h"

@@ -4,7 +4,7 @@
 #include "tests/shell/MainWindowTestUtil.h"
 
 #include "liveform/joDesigner.h"
-#include "liveform/joObjInspector.h"
+#include "liveform/joObjInsp.h"
 #include "platform/streaming/ObjectText.h"
 #include "platform/streaming/ResHeader.h"
 #include "textedit/DFM_ResEdit.h"

@@ -1,4 +1,4 @@
-#include "liveform/joObjInspector.h"
+#include "liveform/joObjInsp.h"
 
 #include "foundation/joLayout.h"
 #include "liveform/joDesigner.h"

@@ -1,6 +1,6 @@
 // The object inspector: its window as designed, the tree and property text of a form
 // document, selecting a component, copying a node, and the keys that hide it.
-#include "liveform/joObjInspector.h"
+#include "liveform/joObjInsp.h"
 
 #include "liveform/joDesigner.h"
 #include "platform/rtti/Strings.h"
