@@ -129,16 +129,25 @@ std::vector<TInput>& Inputs() {
   return inputs;
 }
 
+// The input a benchmark's argument names, labelled; none (the run marked skipped) when
+// the corpus is not there.
+const TInput* InputOf(benchmark::State& state) {
+  const auto index = static_cast<size_t>(state.range(0));
+  if (index >= Inputs().size()) {
+    state.SkipWithError("input not available (no corpus)");
+    return nullptr;
+  }
+  state.SetLabel(Inputs()[index].Name);
+  return &Inputs()[index];
+}
+
 void Settle() { QApplication::processEvents(); }
 
 // File to a shown, painted live window.
 void BM_FileToShownLiveForm(benchmark::State& state) {
-  if (static_cast<size_t>(state.range(0)) >= Inputs().size()) {
-    state.SkipWithError("input not available (no corpus)");
-    return;
-  }
-  const TInput& in = Inputs()[static_cast<size_t>(state.range(0))];
-  state.SetLabel(in.Name);
+  const TInput* input = InputOf(state);
+  if (!input) return;
+  const TInput& in = *input;
   for (auto _ : state) {
     auto* designer = new TjoDesigner();
     designer->Document()->LoadFromFile(in.File.string());
@@ -154,12 +163,9 @@ void BM_FileToShownLiveForm(benchmark::State& state) {
 
 // A compiled change of the text reaches the document; the shown live form reads it again.
 void BM_ReReadAfterCompiledChange(benchmark::State& state) {
-  if (static_cast<size_t>(state.range(0)) >= Inputs().size()) {
-    state.SkipWithError("input not available (no corpus)");
-    return;
-  }
-  const TInput& in = Inputs()[static_cast<size_t>(state.range(0))];
-  state.SetLabel(in.Name);
+  const TInput* input = InputOf(state);
+  if (!input) return;
+  const TInput& in = *input;
   TjoDesigner designer;
   designer.Document()->LoadFromFile(in.File.string());
   designer.Show();
@@ -174,12 +180,9 @@ void BM_ReReadAfterCompiledChange(benchmark::State& state) {
 }
 
 void BM_InspectorLoad(benchmark::State& state) {
-  if (static_cast<size_t>(state.range(0)) >= Inputs().size()) {
-    state.SkipWithError("input not available (no corpus)");
-    return;
-  }
-  const TInput& in = Inputs()[static_cast<size_t>(state.range(0))];
-  state.SetLabel(in.Name);
+  const TInput* input = InputOf(state);
+  if (!input) return;
+  const TInput& in = *input;
   TjoComponentResource document(nullptr);
   document.LoadFromFile(in.File.string());
   TFrm_DFM_OI inspector(nullptr);
@@ -192,12 +195,9 @@ void BM_InspectorLoad(benchmark::State& state) {
 
 // One node selected: its property text built and shown.
 void BM_NodeSelection(benchmark::State& state) {
-  if (static_cast<size_t>(state.range(0)) >= Inputs().size()) {
-    state.SkipWithError("input not available (no corpus)");
-    return;
-  }
-  const TInput& in = Inputs()[static_cast<size_t>(state.range(0))];
-  state.SetLabel(in.Name);
+  const TInput* input = InputOf(state);
+  if (!input) return;
+  const TInput& in = *input;
   TjoComponentResource document(nullptr);
   document.LoadFromFile(in.File.string());
   TFrm_DFM_OI inspector(nullptr);
@@ -215,12 +215,9 @@ void BM_NodeSelection(benchmark::State& state) {
 }
 
 void BM_FormNodeSelection(benchmark::State& state) {
-  if (static_cast<size_t>(state.range(0)) >= Inputs().size()) {
-    state.SkipWithError("input not available (no corpus)");
-    return;
-  }
-  const TInput& in = Inputs()[static_cast<size_t>(state.range(0))];
-  state.SetLabel(in.Name);
+  const TInput* input = InputOf(state);
+  if (!input) return;
+  const TInput& in = *input;
   TjoComponentResource document(nullptr);
   document.LoadFromFile(in.File.string());
   TFrm_DFM_OI inspector(nullptr);
